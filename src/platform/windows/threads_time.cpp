@@ -1,0 +1,41 @@
+#include "platform/platform.h"
+#include "platform/windows/system.h"
+
+#include <limits>
+
+#include <process.h>
+#include <time.h>
+
+namespace platform
+{
+
+bool start_thread(ThreadFunction function, void* context, std::size_t stack_bytes)
+{
+    if (stack_bytes > std::numeric_limits<unsigned>::max()) {
+        return false;
+    }
+    const auto none = static_cast<std::uintptr_t>(-1);
+    return _beginthread(function, static_cast<unsigned>(stack_bytes), context) != none;
+}
+
+void set_thread_priority(int priority)
+{
+    SetThreadPriority(GetCurrentThread(), priority);
+}
+
+std::uint32_t current_thread_id()
+{
+    return GetCurrentThreadId();
+}
+
+void sleep_ms(std::uint32_t time_ms)
+{
+    Sleep(time_ms);
+}
+
+std::int64_t unix_time_seconds()
+{
+    return _time64(nullptr);
+}
+
+} // namespace platform
