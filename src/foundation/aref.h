@@ -1,0 +1,134 @@
+#pragma once
+
+#include "foundation/aassert.h"
+#include "foundation/atomic_win32_impl.h"
+
+#include <cstddef>
+#include <new>
+#include <utility>
+
+// The heap block behind an ARef: the count stands in front of the object, which needs no base
+// class.
+template <typename T>
+class ARefBlock
+{
+public:
+    template <typename... Arguments>
+    explicit ARefBlock(Arguments&&... arguments) : object(std::forward<Arguments>(arguments)...)
+    {
+    }
+
+    static ARefBlock* of(T* object_address)
+    {
+        return reinterpret_cast<ARefBlock*>(reinterpret_cast<std::byte*>(object_address) -
+                                            offsetof_object());
+    }
+
+    // Refused for a count of 0: the object is dying, and only `create` raises a count from there.
+    bool increase_reference()
+    {
+        std::uint32_t seen = reference_count.load(std::memory_order_relaxed);
+        while (seen != 0) {
+            if (reference_count.compare_exchange_weak(seen, seen + 1)) {
+                return true;
+            }
+        }
+        return false;
+    }
+
+    std::uint32_t decrease_reference() { return atomic_decrement(reference_count); }
+
+    std::atomic<std::uint32_t> reference_count{0};
+    T object;
+
+private:
+    static constexpr std::size_t offsetof_object()
+    {
+        constexpr std::size_t behind_count = sizeof(std::atomic<std::uint32_t>);
+        return (behind_count + alignof(T) - 1) / alignof(T) * alignof(T);
+    }
+};
+
+// What happens when the last reference goes. A class that cannot simply be deleted there gives its
+// own `destroy_last_reference (ARefBlock<T>*)`, found by its argument.
+template <typename T>
+void destroy_last_reference(ARefBlock<T>* block)
+{
+    delete block;
+}
+
+// A counted reference.
+template <typename T>
+class ARef
+{
+public:
+    ARef() = default;
+    ARef(const ARef& other) { assign(other.pointer); }
+    ARef(ARef&& other) noexcept : pointer(std::exchange(other.pointer, nullptr)) {}
+    ~ARef() { clear(); }
+
+    ARef& operator=(const ARef& other)
+    {
+        assign(other.pointer);
+        return *this;
+    }
+
+    ARef& operator=(ARef&& other) noexcept
+    {
+        if (this != &other) {
+            T* old = std::exchange(pointer, std::exchange(other.pointer, nullptr));
+            release(old);
+        }
+        return *this;
+    }
+
+    template <typename... Arguments>
+    static ARef create(Arguments&&... arguments)
+    {
+        ARef reference;
+        auto* block = new (std::nothrow) ARefBlock<T>(std::forward<Arguments>(arguments)...);
+        if (A_CHECK("aref", block != nullptr)) {
+            block->reference_count.store(1);
+            reference.pointer = &block->object;
+        }
+        return reference;
+    }
+
+    // The new object is held before the old one is let go, so assigning an object to itself keeps
+    // it.
+    void assign(T* object)
+    {
+        if (object != nullptr && !ARefBlock<T>::of(object)->increase_reference()) {
+            assert_failed("aref", 165, "increase_reference ()");
+            object = nullptr;
+        }
+        release(std::exchange(pointer, object));
+    }
+
+    T* get_new_reference() const
+    {
+        ARef another(*this);
+        return std::exchange(another.pointer, nullptr);
+    }
+
+    void clear() { release(std::exchange(pointer, nullptr)); }
+
+    T* get() const { return pointer; }
+    T* operator->() const { return pointer; }
+    T& operator*() const { return *pointer; }
+    explicit operator bool() const { return pointer != nullptr; }
+
+private:
+    static void release(T* object)
+    {
+        if (object == nullptr) {
+            return;
+        }
+        ARefBlock<T>* block = ARefBlock<T>::of(object);
+        if (block->decrease_reference() == 0) {
+            destroy_last_reference(block);
+        }
+    }
+
+    T* pointer = nullptr;
+};

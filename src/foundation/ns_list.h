@@ -1,0 +1,212 @@
+#pragma once
+
+#include "foundation/aassert.h"
+
+#include <cstddef>
+#include <cstdint>
+#include <iterator>
+#include <memory>
+#include <utility>
+
+// Taking one more reference orders this thread behind those that let go of theirs, so that what
+// they read can be written.
+template <typename T>
+bool is_sole_reference(const std::shared_ptr<T>& reference)
+{
+    if (reference.use_count() != 1) {
+        return false;
+    }
+    const std::shared_ptr<T> another = reference;
+    return true;
+}
+
+// A list value with shared nodes: copies share the body, and a writer unshares it first. A value is
+// written by one thread only.
+template <typename T>
+class nonstd_list
+{
+public:
+    struct EntryStruct {
+        EntryStruct() = default;
+        explicit EntryStruct(T content) : value(std::move(content)) {}
+
+        std::shared_ptr<EntryStruct> next;
+        std::shared_ptr<EntryStruct> prev;
+        T value{};
+    };
+    using Entry = std::shared_ptr<EntryStruct>;
+
+    // `next` and `prev` both own, so the links form cycles and are taken apart explicitly.
+    struct Body {
+        Body() = default;
+        Body(const Body& other)
+        {
+            for (const EntryStruct* entry = other.head.get(); entry != nullptr;
+                 entry = entry->next.get()) {
+                link(std::make_shared<EntryStruct>(entry->value));
+            }
+        }
+        Body& operator=(const Body&) = delete;
+        ~Body() { clear(); }
+
+        void link(Entry entry)
+        {
+            if (!A_CHECK("ns_list", entry != nullptr)) {
+                return;
+            }
+            entry->next.reset();
+            entry->prev = tail;
+            tail = entry;
+            (entry->prev ? entry->prev->next : head) = entry;
+            ++count;
+        }
+
+        Entry unlink_head()
+        {
+            Entry entry = head;
+            if (!entry) {
+                return entry;
+            }
+            head = entry->next;
+            (head ? head->prev : tail).reset();
+            entry->next.reset();
+            entry->prev.reset();
+            --count;
+            return entry;
+        }
+
+        // Takes the entries of `other` to the end of this list.
+        void splice_back(Body& other)
+        {
+            if (!other.head) {
+                return;
+            }
+            other.head->prev = tail;
+            (tail ? tail->next : head) = std::move(other.head);
+            tail = std::move(other.tail);
+            count += std::exchange(other.count, 0);
+        }
+
+        void clear()
+        {
+            Entry entry = std::move(head);
+            tail.reset();
+            count = 0;
+            while (entry) {
+                Entry following = std::move(entry->next);
+                entry->prev.reset();
+                entry = std::move(following);
+            }
+        }
+
+        Entry head;
+        Entry tail;
+        std::uint32_t count = 0;
+    };
+
+    class iterator
+    {
+    public:
+        using iterator_category = std::forward_iterator_tag;
+        using value_type = T;
+        using difference_type = std::ptrdiff_t;
+        using pointer = const T*;
+        using reference = const T&;
+
+        iterator() = default;
+        explicit iterator(Entry position) : entry(std::move(position)) {}
+        const T& operator*() const { return entry->value; }
+        const T* operator->() const { return &entry->value; }
+        iterator& operator++()
+        {
+            entry = entry->next;
+            return *this;
+        }
+        iterator operator++(int)
+        {
+            iterator before = *this;
+            ++*this;
+            return before;
+        }
+        bool operator==(const iterator& other) const = default;
+
+    private:
+        Entry entry; // keeps its entry alive
+    };
+
+    nonstd_list() = default;
+    explicit nonstd_list(const Body& other) : body(std::make_shared<Body>(other)) {}
+
+    // Never unshares; makes the empty body of a list that was never touched.
+    const Body& get_readable() const
+    {
+        if (!body) {
+            body = std::make_shared<Body>();
+        }
+        return *body;
+    }
+
+    Body& get_writable()
+    {
+        if (!body) {
+            body = std::make_shared<Body>();
+        } else if (body.use_count() != 1) {
+            body = std::make_shared<Body>(*body);
+        }
+        return *body;
+    }
+
+    void push_back(T value)
+    {
+        get_writable().link(std::make_shared<EntryStruct>(std::move(value)));
+    }
+
+    Entry pop_front() { return get_writable().unlink_head(); }
+
+    void append(const nonstd_list& other)
+    {
+        const nonstd_list source = other; // also right for a list appended to itself
+        for (const T& value : source) {
+            push_back(value);
+        }
+    }
+
+    std::uint32_t length() const { return body ? body->count : 0; }
+
+    // `index` must be below the length.
+    const T& at(std::uint32_t index) const { return entry_at(index)->value; }
+    T& at(std::uint32_t index)
+    {
+        get_writable();
+        return entry_at(index)->value;
+    }
+
+    iterator begin() const { return iterator(body ? body->head : nullptr); }
+    iterator end() const { return iterator(); }
+
+    // The body of other owners keeps its entries.
+    void clear()
+    {
+        if (body && is_sole_owner()) {
+            body->clear();
+        } else {
+            body = std::make_shared<Body>();
+        }
+    }
+
+    // For code that takes large structures apart without copying them.
+    bool is_sole_owner() const { return is_sole_reference(body); }
+    void release() { body.reset(); }
+
+private:
+    EntryStruct* entry_at(std::uint32_t index) const
+    {
+        EntryStruct* entry = get_readable().head.get();
+        for (; index != 0; --index) {
+            entry = entry->next.get();
+        }
+        return entry;
+    }
+
+    mutable std::shared_ptr<Body> body;
+};
