@@ -1,0 +1,54 @@
+#include "foundation/enumstring.h"
+
+#include "foundation/astring_runs.h"
+
+std::size_t AStringHash::operator()(const AString& text) const
+{
+    std::uint64_t hash = 0xCBF29CE484222325u; // FNV-1a, a code point at a time
+    for (AStringRuns runs(text); !runs.at_end(); runs.next_run()) {
+        for (std::uint64_t i = 0; i < runs.count; ++i) {
+            hash = (hash ^ runs.data[i]) * 0x100000001B3u;
+        }
+    }
+    return hash;
+}
+
+EnumString::EnumString(std::span<const Row> rows, std::int32_t unknown_value,
+                       const AString& unknown_text)
+    : invalid_value(unknown_value), invalid_text(unknown_text)
+{
+    if (!A_CHECK("enumstring", rows.data() != nullptr) || !A_CHECK("enumstring", !rows.empty())) {
+        return;
+    }
+    for (const Row& row : rows) {
+        if (row.text == nullptr || *row.text == '\0') {
+            continue;
+        }
+        const AString text(row.text);
+        by_value.emplace(row.value, text);
+        by_text.emplace(text, row.value);
+    }
+}
+
+const AString& EnumString::to_string(std::int32_t value) const
+{
+    const auto found = by_value.find(value);
+    return found == by_value.end() ? invalid_text : found->second;
+}
+
+std::int32_t EnumString::from_string(const AString& text) const
+{
+    std::int32_t value = invalid_value;
+    from_string(text, &value);
+    return value;
+}
+
+bool EnumString::from_string(const AString& text, std::int32_t* value) const
+{
+    const auto found = by_text.find(text);
+    if (found == by_text.end()) {
+        return false;
+    }
+    *value = found->second;
+    return true;
+}
