@@ -1,0 +1,94 @@
+#include "xml/xml_parse.h"
+
+#include <algorithm>
+#include <cstring>
+
+namespace
+{
+
+constexpr std::uint64_t default_size = 1024;
+
+} // namespace
+
+XMLParser::XMLParser(std::uint64_t size)
+    : bufsize(A_CHECK("xml_parse", size != 0) ? size : default_size)
+{
+    buf.resize(bufsize);
+}
+
+void XMLParser::add_root_tag(const std::string& tag)
+{
+    root_tags.push_back(RootTag{tag});
+}
+
+std::uint64_t XMLParser::feed(const void* bytes, std::uint64_t count)
+{
+    if (failed) {
+        return count;
+    }
+    const std::uint64_t taken = std::min(count, bufsize - buflen);
+    if (taken == 0) {
+        return 0;
+    }
+    if (bufsize - consumed - buflen < taken) {
+        std::memmove(buf.data(), held(), buflen);
+        consumed = 0;
+    }
+    std::memcpy(buf.data() + consumed + buflen, bytes, taken);
+    buflen += taken;
+    return taken;
+}
+
+XMLTree XMLParser::next_element()
+{
+    if (failed) {
+        return XMLTree();
+    }
+    RootTag* root = find_first_root();
+    if (root == nullptr || !root->close.find(root->name, held(), buflen, buflen)) {
+        return XMLTree();
+    }
+    const std::uint64_t start = root->open.get_start();
+    const std::uint64_t end = root->close.get_end();
+    const AString text = AString::from_utf8(held() + start, end - start);
+    XMLTree tree = XMLTreeBuilder::parse(text, &failed, known_names);
+    if (!failed) {
+        drop_front(end);
+    }
+    return tree;
+}
+
+// The one whose open tag stands first.
+XMLParser::RootTag* XMLParser::find_first_root()
+{
+    RootTag* first = nullptr;
+    std::uint64_t limit = buflen;
+    for (RootTag& root : root_tags) {
+        const bool was_found = root.open.is_found();
+        if (!root.open.find(root.name, held(), buflen, limit) || root.open.get_start() >= limit) {
+            continue;
+        }
+        limit = root.open.get_start();
+        first = &root;
+        if (!was_found) {
+            root.close.restart(limit);
+        }
+    }
+    return first;
+}
+
+void XMLParser::drop_front(std::uint64_t count)
+{
+    for (RootTag& root : root_tags) {
+        root.open.drop_front(count);
+        root.close.drop_front(count);
+    }
+    buflen -= count;
+    consumed = buflen == 0 ? 0 : consumed + count;
+}
+
+void XMLParser::reset()
+{
+    drop_front(buflen);
+    failed = false;
+}

@@ -1,0 +1,93 @@
+#pragma once
+
+#include "foundation/afunction.h"
+#include "xml/xml_parse_search.h"
+#include "xml/xml_parse_tag.h"
+#include "xml/xml_tree.h"
+
+#include <string>
+#include <vector>
+
+// Gives the constant string of a well-known name, so that reading one costs no text of its own:
+// sets the result when the characters are such a name.
+using XMLNameSource = AFunction<const AChar*, std::uint64_t, AString*>;
+
+// An element between its open and its close tag.
+struct XMLOpenElement {
+    XMLChars name;
+    XMLTreeList children;
+    // As it was received. Text in several pieces stands around children and must be blank, so no
+    // more than the first piece is ever wanted.
+    XMLChars text;
+    bool text_is_blank = true; // of all pieces
+    XMLAttributes attributes;
+};
+
+// Parses the text of one element.
+class XMLTreeBuilder
+{
+public:
+    // The null tree when the text is refused; `refused`, if given, tells.
+    static XMLTree parse(const AString& text, bool* refused = nullptr,
+                         const XMLNameSource& known_names = {});
+
+private:
+    XMLTreeBuilder(const AString& string, const XMLNameSource& name_source);
+
+    void step();
+    void end_text();
+    void add_text(XMLChars piece);
+    void open_element(const XMLTag& tag);
+    void close_element(const XMLTag& tag);
+    AString name_string(XMLChars name) const;
+    AString text_string(XMLChars content) const;
+
+    XMLFlatText source;
+    XMLNameSource known_names;
+    XMLChars text;
+    std::size_t pos = 0;
+    bool error = false;
+    bool done = false;
+    XMLTree result;
+    std::vector<XMLOpenElement> stack; // innermost last
+};
+
+// Finds complete elements in a stream of bytes that has no other framing, looking only for the open
+// and close tags of a few root names. The first close tag of a root's name ends it. What stands
+// before a root goes with it without any word.
+class XMLParser
+{
+public:
+    // `size` bytes are held at most; an element with the junk before it must fit.
+    explicit XMLParser(std::uint64_t size);
+
+    void add_root_tag(const std::string& tag);
+    void use_known_names(const XMLNameSource& source) { known_names = source; }
+    // The bytes taken: fewer than offered when the buffer is full, all of them when the stream has
+    // failed, for then they are swallowed.
+    std::uint64_t feed(const void* bytes, std::uint64_t count);
+    // The next complete element, or the null tree.
+    XMLTree next_element();
+    // A refused element was met. The stream stays stuck at it until `reset`.
+    bool has_failed() const { return failed; }
+    void reset();
+
+private:
+    struct RootTag {
+        std::string name;
+        XMLTagSearch open{false};
+        XMLTagSearch close{true};
+    };
+
+    const unsigned char* held() const { return buf.data() + consumed; }
+    RootTag* find_first_root();
+    void drop_front(std::uint64_t count);
+
+    std::vector<unsigned char> buf;
+    std::uint64_t consumed = 0; // bytes at the front of `buf` that are done with
+    std::uint64_t buflen = 0;   // bytes behind them
+    std::uint64_t bufsize;
+    bool failed = false;
+    std::vector<RootTag> root_tags;
+    XMLNameSource known_names;
+};
