@@ -1,0 +1,119 @@
+#include "protocol/zavl3_api_parser.h"
+
+namespace ZAVL3
+{
+
+struct APIParser::Kind {
+    const char* tag;
+    void (APIParser::*receive)(const XMLTree& content, const AString& xid);
+};
+
+template <typename Message, void (APIParser::*Operation)(const AString&, const Message&)>
+void APIParser::receive_reply(const XMLTree& content, const AString& xid)
+{
+    Message message;
+    AString error;
+    if (!message.read_message(content, &error)) {
+        return record_failure(xid, error);
+    }
+    (this->*Operation)(xid, message);
+}
+
+template <typename Message, void (APIParser::*Operation)(const Message&)>
+void APIParser::receive_report(const XMLTree& content, const AString& xid)
+{
+    Message message;
+    AString error;
+    if (!message.read_message(content, &error)) {
+        return record_failure(xid, error);
+    }
+    (this->*Operation)(message);
+}
+
+constinit const APIParser::Kind APIParser::kinds[message_kind_count] = {
+#define ZAVL3_REPLY_KIND(name, ...)                                                                \
+    {#name, &APIParser::receive_reply<reply::name, &APIParser::on_reply_##name>},
+#define ZAVL3_REPORT_KIND(name, ...)                                                               \
+    {#name, &APIParser::receive_report<report::name, &APIParser::on_report_##name>},
+    ZAVL3_REPLIES(ZAVL3_REPLY_KIND) ZAVL3_REPORTS(ZAVL3_REPORT_KIND)
+#undef ZAVL3_REPLY_KIND
+#undef ZAVL3_REPORT_KIND
+};
+
+namespace
+{
+
+// Exact lookup from the tag of a message to its kind, among the replies or among the reports.
+template <typename Kind>
+EnumString make_name_table(const Kind* kinds, std::int32_t first, std::int32_t end)
+{
+    std::vector<EnumString::Row> rows;
+    for (std::int32_t kind = first; kind < end; ++kind) {
+        rows.push_back({kind, kinds[kind].tag});
+    }
+    return EnumString(rows, -1, AString());
+}
+
+} // namespace
+
+void APIParser::dispatch_message(const XMLTree& tree)
+{
+    message_tap(tree);
+    message_ok = true;
+
+    static const NoDestructor<EnumString> reply_names(make_name_table(kinds, 0, first_report_kind));
+    static const NoDestructor<EnumString> report_names(
+        make_name_table(kinds, first_report_kind, message_kind_count));
+
+    const bool is_reply = tree.get_name() == tag<"reply">();
+    if (!is_reply && !(tree.get_name() == tag<"report">())) {
+        return record_failure({}, "XML Message is not a <reply> or <report> message");
+    }
+    AString xid;
+    AString error;
+    if (is_reply && !read_xid(tree, xid, &error)) {
+        return record_failure({}, error);
+    }
+
+    const EnumString& names = is_reply ? *reply_names : *report_names;
+    const XMLTree* content = nullptr;
+    std::int32_t kind = names.invalid_value;
+    const auto* entry = tree.get_children().get_readable().head.get();
+    for (; entry != nullptr; entry = entry->next.get()) {
+        const std::int32_t found = names.from_string(entry->value.get_name());
+        if (found == names.invalid_value) {
+            continue;
+        }
+        if (content != nullptr) {
+            return record_failure(xid, "XML Message contains multiple commands");
+        }
+        content = &entry->value;
+        kind = found;
+    }
+    if (content == nullptr) {
+        return record_failure(xid, "XML Message contains no commands");
+    }
+    dispatch_kind(kind, *content, xid);
+}
+
+void APIParser::dispatch_kind(std::int32_t kind, const XMLTree& content, const AString& xid)
+{
+    if (kind < 0 || kind >= message_kind_count) {
+        record_failure(xid, "Internal software error");
+        assert_failed("zavl3_api_parser", 331, "kind < message_kind_count");
+        return;
+    }
+    (this->*kinds[kind].receive)(content, xid);
+}
+
+void APIParser::record_failure(const AString& xid, const AString& text)
+{
+    if (!message_ok) {
+        return;
+    }
+    message_ok = false;
+    error_xid = xid;
+    error_text = text;
+}
+
+} // namespace ZAVL3
