@@ -1,0 +1,882 @@
+/* Generated from interface/ by tools/interface/generate.py; change the description instead. */
+/*
+ * VeltoAPI64. Client of a broadcast video server: opens connections and drives channels.
+ *
+ * What holds for every function:
+ *
+ * 1. Handles. velto_connect gives a VeltoHandle: opaque, never 0, good in every thread of the
+ *    process until velto_close. A closed number is not given out again until the 32-bit counter has
+ *    wrapped. An unknown or closed handle does no harm: functions that return a VeltoResult give
+ *    VELTO_RESULT_INVALID_HANDLE, the others say what they do.
+ *
+ * 2. Buffers. All memory is the caller's. Nothing is allocated for the caller or has to be freed,
+ *    and no pointer is kept after the call has returned. Pointers are not checked: a null input
+ *    text counts as an empty text, but a null output pointer is a crash unless the function allows
+ *    it.
+ *
+ * 3. Texts. Texts are UTF-16 in units of VeltoChar, ending in a 0 unit; VELTO_TEXT("news_open")
+ *    makes such a literal on every system. Texts come out through a VeltoTextBuffer passed by
+ *    value; its size counts 16-bit units, the terminator included. At most size - 1 units and a 0
+ *    unit are written; a longer text is cut, never inside a surrogate pair, and the length it
+ *    needed cannot be learnt. With size 0 nothing is written.
+ *
+ * 4. Results. A VeltoResult is one of VeltoResultCode. VELTO_RESULT_FAILED stands for everything
+ *    the server refuses and for a missing link; the last-error text tells which. New codes are only
+ *    appended.
+ *
+ * 5. Last error. Each call that returns a VeltoResult leaves a text for the calling thread, "OK"
+ *    after a success, which velto_get_last_error copies. The text belongs to the thread, not to the
+ *    connection: threads that share a handle each see their own. Each code but VELTO_RESULT_FAILED
+ *    has one text, named with the code. Functions that return no VeltoResult leave the text as it
+ *    was. Some functions leave "OK" when they fail, and say so: look at the result first.
+ *
+ * 6. Threads. Any function may be called from any thread at any time, also on one handle from
+ *    several threads at once: their commands do not wait for each other, apart from the moment of
+ *    writing. The library never calls into the application. velto_close is safe while other threads
+ *    are in calls on the handle; these calls finish as if it were open.
+ *
+ * 7. Blocked calls. There is no time limit. A call that waits for the server returns when the reply
+ *    arrives or the link is lost, whichever is first, and fails at once while the link is down. A
+ *    server that keeps the link up and never answers blocks the caller for ever; velto_close on
+ *    another thread does not end such a call. The library restores a lost link by itself and
+ *    repeats no command.
+ *
+ * 8. Arguments. Numbers are not checked: what an argument does outside its range stands with it,
+ *    one without a range is sent unchanged, and whether a clip, a channel or a position exists is
+ *    for the server to say. Positions, distances and durations count fields of video. Where a
+ *    function has numbered variants the fullest is described; the lesser ones send fewer fields and
+ *    leave the rest to the server.
+ *
+ * 9. Commands. A command asks the server to do something. VELTO_RESULT_OK means that the server has
+ *    accepted it, not that its effect is there yet. VELTO_RESULT_OK: accepted. VELTO_RESULT_FAILED:
+ *    refused (text: the server's message), or the link is down or was lost (text "Failing all
+ *    outstanding commands"). VELTO_RESULT_INVALID_HANDLE: the handle is unknown. It waits for the
+ *    reply (rule 7), unless velto_synchronous has chosen VELTO_COMMANDS_DO_NOT_WAIT; then it
+ *    succeeds once it is written, and what becomes of it is never reported.
+ *
+ * 10. Questions. A question brings data back from the server, which is asked on every call.
+ *     VELTO_RESULT_OK: answered. VELTO_RESULT_FAILED: refused, or the link is down or was lost
+ *     (text "OK"). VELTO_RESULT_INVALID_HANDLE: the handle is unknown. So only the result tells of
+ *     a failure, not the text. The output is written on success only. It waits for the reply
+ *     (rule 7), whatever velto_synchronous has chosen.
+ */
+
+#ifndef VELTO_VELTO_H
+#define VELTO_VELTO_H
+
+#include <stddef.h>
+#include <stdint.h>
+#if !defined(__cplusplus) && !defined(_WIN32)
+#include <uchar.h>
+#endif
+
+#ifdef __cplusplus
+extern "C" {
+#endif
+
+/** One UTF-16 unit of a text; VELTO_TEXT("...") is a literal of such units. */
+#ifdef _WIN32
+typedef wchar_t VeltoChar;
+#define VELTO_TEXT_UNITS(literal) L##literal
+#define VELTO_EXPORTED __declspec(dllexport)
+#define VELTO_IMPORTED __declspec(dllimport)
+#else
+typedef char16_t VeltoChar;
+#define VELTO_TEXT_UNITS(literal) u##literal
+#define VELTO_EXPORTED __attribute__((visibility("default")))
+#define VELTO_IMPORTED VELTO_EXPORTED
+#endif
+#define VELTO_TEXT(literal) VELTO_TEXT_UNITS(literal)
+
+/* VELTO_BUILDING_LIBRARY is for the library itself, VELTO_STATIC for what links its objects. */
+#if defined(VELTO_STATIC)
+#define VELTO_API
+#elif defined(VELTO_BUILDING_LIBRARY)
+#define VELTO_API VELTO_EXPORTED
+#else
+#define VELTO_API VELTO_IMPORTED
+#endif
+
+/** An open connection; never 0. */
+typedef uint32_t VeltoHandle;
+
+/** A VeltoResultCode. */
+typedef int32_t VeltoResult;
+
+/** Where a text is to be written; passed by value. See rule 3. */
+typedef struct VeltoTextBuffer {
+    VeltoChar* text; /**< The caller's memory. */
+    uint32_t size;   /**< Its capacity in units, the terminating 0 included. */
+} VeltoTextBuffer;
+
+/** Values of a VeltoResult. */
+enum VeltoResultCode {
+    VELTO_RESULT_OK = 0,               /**< "OK": success. */
+    VELTO_RESULT_UNUSED_1 = 1,         /**< Never returned. */
+    VELTO_RESULT_FAILED = 2,           /**< Refused, or no link; the text tells which. */
+    VELTO_RESULT_INVALID_HANDLE = 3,   /**< "Invalid handle": unknown or closed handle. */
+    VELTO_RESULT_READ_ONLY = 4,        /**< "Read only": write to a store opened for reading. */
+    VELTO_RESULT_TIMEOUT = 5,          /**< "Timeout": a wait with a limit ran out. */
+    VELTO_RESULT_INVALID_ARGUMENT = 6, /**< "Invalid argument": bad argument to open a store. */
+    VELTO_RESULT_WRITE_ONLY = 7,       /**< "Write only": read from a store opened for writing. */
+};
+
+/** State of a connection's link. */
+enum VeltoLink {
+    VELTO_LINK_DOWN = 0,
+    VELTO_LINK_UP = 1,
+};
+
+/** Whether commands wait for their replies; see velto_synchronous. */
+enum VeltoWaiting {
+    VELTO_COMMANDS_WAIT = 0, /**< The state after velto_connect. */
+    VELTO_COMMANDS_DO_NOT_WAIT = 1,
+};
+
+/** A channel of the server. */
+enum VeltoChannel {
+    VELTO_CHANNEL_A = 0,
+    VELTO_CHANNEL_B = 1,
+    VELTO_CHANNEL_C = 2,
+    VELTO_CHANNEL_D = 3,
+    VELTO_CHANNEL_E = 4,
+    VELTO_CHANNEL_F = 5,
+    VELTO_CHANNEL_G = 6,
+    VELTO_CHANNEL_H = 7, /**< The last one that a channel mask can name. */
+    VELTO_CHANNEL_I = 8,
+    VELTO_CHANNEL_J = 9,
+    VELTO_CHANNEL_K = 10,
+    VELTO_CHANNEL_L = 11,
+};
+
+/** Video standard of the server, as velto_video_standard gives it. */
+enum VeltoVideoStandard {
+    VELTO_VIDEO_STANDARD_1080_60I = 0, /**< Also any standard not listed. */
+    VELTO_VIDEO_STANDARD_1080_59_94I = 1,
+    VELTO_VIDEO_STANDARD_1080_50I = 2,
+    VELTO_VIDEO_STANDARD_1080_48I = 3,
+    VELTO_VIDEO_STANDARD_1080_47_95I = 4,
+    VELTO_VIDEO_STANDARD_720_60P = 5,
+    VELTO_VIDEO_STANDARD_720_59_94P = 6,
+    VELTO_VIDEO_STANDARD_720_50P = 7,
+    VELTO_VIDEO_STANDARD_625_50I = 8,
+    VELTO_VIDEO_STANDARD_525_59_94I = 9,
+};
+
+/** Field rate of the server in hertz, as velto_video_frequency gives it. */
+enum VeltoVideoFrequency {
+    VELTO_VIDEO_FREQUENCY_60 = 0, /**< Also any rate not listed. */
+    VELTO_VIDEO_FREQUENCY_59_94 = 1,
+    VELTO_VIDEO_FREQUENCY_50 = 2,
+    VELTO_VIDEO_FREQUENCY_48 = 3,
+    VELTO_VIDEO_FREQUENCY_47_95 = 4,
+};
+
+/** Lines and scan of the server, as velto_video_resolution gives them. */
+enum VeltoVideoResolution {
+    VELTO_VIDEO_RESOLUTION_1080I = 0, /**< Also any resolution not listed. */
+    VELTO_VIDEO_RESOLUTION_720P = 1,
+    VELTO_VIDEO_RESOLUTION_625I = 2,
+    VELTO_VIDEO_RESOLUTION_525I = 3,
+};
+
+/** How a channel is asked to carry a command out. */
+enum VeltoLatency {
+    VELTO_LATENCY_NORMAL = 0,
+    VELTO_LATENCY_MINIMUM = 1, /**< As fast as it can. */
+};
+
+/** How a clip repeats. */
+enum VeltoRepeat {
+    VELTO_REPEAT_OFF = 0,
+    VELTO_REPEAT_LOOP = 1,
+    VELTO_REPEAT_LOOP_TO = 2,
+    VELTO_REPEAT_PING_PONG = 3,
+    VELTO_REPEAT_PING_PONG_TO = 4,
+};
+
+/** What makes a pre-cued clip follow the present one. */
+enum VeltoPrecueCondition {
+    VELTO_PRECUE_EXPLICIT_SWITCH = 0, /**< velto_precue_activate1. */
+    VELTO_PRECUE_PREVIOUS_STOPS = 1,
+    VELTO_PRECUE_IMMEDIATE = 2,
+    VELTO_PRECUE_END_OF_CLIP = 3,
+};
+
+/** How one picture gives way to the next. */
+enum VeltoTransition {
+    VELTO_TRANSITION_CUT = 0,
+    VELTO_TRANSITION_DISSOLVE = 1,
+};
+
+/** Which speed what is taken starts with. */
+enum VeltoFollow {
+    VELTO_FOLLOW_NONE = 0,
+    VELTO_FOLLOW_SMART = 1,
+    VELTO_FOLLOW_ONE_X = 2,
+    VELTO_FOLLOW_FOLLOW = 3,
+};
+
+/** Tracks to be edited or monitored. */
+enum VeltoEditBits {
+    VELTO_EDIT_NONE = 0,
+    VELTO_EDIT_VIDEO = 1,
+    VELTO_EDIT_KEY = 2,
+    VELTO_EDIT_AUDIO = 4, /**< All audio tracks. */
+    VELTO_EDIT_ALL = 7,
+};
+
+/** Who chooses between input and playback on a channel's output. */
+enum VeltoMonitor {
+    VELTO_MONITOR_AUTOMATIC = 0, /**< The server. */
+    VELTO_MONITOR_MANUAL = 1,    /**< The application. */
+};
+
+/** The address a.b.c.d in the form that velto_connect takes. */
+#define VELTO_IPV4(a, b, c, d)                                                                     \
+    (UINT32_C(0x1000000) * (a) + UINT32_C(0x10000) * (b) + UINT32_C(0x100) * (c) + (d))
+
+/** The bit of a channel in a channel mask, VELTO_CHANNEL_A to VELTO_CHANNEL_H. */
+#define VELTO_CHANNEL_BIT(channel) (UINT32_C(1) << (channel))
+
+/** Normal forward play. */
+#define VELTO_SPEED_NORMAL 1.0
+
+/** Speeds are held between this and its negative. */
+#define VELTO_SPEED_LIMIT 200.0
+
+/* ---- Connection ------------------------------------------------------------------------------ */
+
+/**
+ * Opens a connection to a server, which the library keeps up from then on until velto_close.
+ * Each call makes a connection of its own, also to the same server. The TCP port is 8913. While the
+ * link is down a connection attempt is made every 100 ms, for ever; see velto_connected. Does not
+ * wait for the link. Leaves the last-error text as it was.
+ *
+ * @param address  IPv4 address in host byte order, as VELTO_IPV4 makes it.
+ * @return The new handle, never 0. A server that cannot be reached is no error.
+ */
+VELTO_API VeltoHandle velto_connect(uint32_t address);
+
+/**
+ * Waits until the link is up.
+ * With an unknown handle, or one that another thread closes meanwhile, it never returns. Where that
+ * can happen, poll velto_connected instead. Looks once a millisecond, without a time limit. Leaves
+ * the last-error text as it was.
+ *
+ * @param handle  Connection.
+ * @return VELTO_LINK_UP.
+ */
+VELTO_API uint32_t velto_wait_until_connected(VeltoHandle handle);
+
+/**
+ * Tells whether the link is up now.
+ * Does not block. Leaves the last-error text as it was.
+ *
+ * @param handle  Connection.
+ * @return VELTO_LINK_UP or VELTO_LINK_DOWN; the latter also for an unknown handle.
+ */
+VELTO_API uint32_t velto_connected(VeltoHandle handle);
+
+/**
+ * Chooses whether commands on a connection wait for their replies.
+ * Mind the sense: velto_synchronous(handle, 1) means do NOT wait. The name and the number are kept
+ * for the programs that rely on them; the constants say what is meant. The choice holds for all
+ * threads and for commands only: functions that bring data back wait in any case. Call velto_sync
+ * before velto_close when commands were not waited for. An unknown handle is ignored. Does not
+ * block. Leaves the last-error text as it was.
+ *
+ * @param handle  Connection.
+ * @param value   What commands do, a VeltoWaiting; any number but 0 means not to wait.
+ */
+VELTO_API void velto_synchronous(VeltoHandle handle, uint32_t value);
+
+/**
+ * Waits until no command of the connection is outstanding, from whichever thread it came.
+ * It tells nothing about how the commands ended. With an unknown handle it returns at once. Looks
+ * once a millisecond, without a time limit; the loss of the link ends all commands and so the wait.
+ * Leaves the last-error text as it was.
+ *
+ * @param handle  Connection.
+ */
+VELTO_API void velto_sync(VeltoHandle handle);
+
+/**
+ * Copies the calling thread's last-error text (rule 5).
+ * Does not block. Leaves the last-error text as it was.
+ *
+ * @param[out] buffer  Receives the text; empty on a thread that has left none yet.
+ */
+VELTO_API void velto_get_last_error(VeltoTextBuffer buffer);
+
+/**
+ * Closes a connection; the handle is unknown from then on.
+ * An unknown handle is ignored, so that closing twice does no harm. Calls of other threads on the
+ * handle finish normally, and the last of them takes the connection down in its place. Waits for
+ * the connection's own thread to end: up to about a second, or as long as a connection attempt
+ * under way takes. All calls of other threads that look a handle up wait meanwhile. Leaves the
+ * last-error text as it was.
+ *
+ * @param handle  Connection.
+ */
+VELTO_API void velto_close(VeltoHandle handle);
+
+/* ---- Server ---------------------------------------------------------------------------------- */
+
+/**
+ * Asks the server for its name.
+ *
+ * @param handle     Connection.
+ * @param[out] name  Receives the name.
+ * @return 0, 2 or 3 of VeltoResultCode, as any question (rule 10).
+ */
+VELTO_API VeltoResult velto_server_name(VeltoHandle handle, VeltoTextBuffer name);
+
+/**
+ * Asks the server for its video standard.
+ *
+ * @param handle         Connection.
+ * @param[out] standard  Receives the standard, a VeltoVideoStandard; a standard without a number
+ *     here gives 0.
+ * @return 0, 2 or 3 of VeltoResultCode, as any question (rule 10).
+ */
+VELTO_API VeltoResult velto_video_standard(VeltoHandle handle, uint32_t* standard);
+
+/**
+ * Asks the server for its field rate.
+ *
+ * @param handle          Connection.
+ * @param[out] frequency  Receives the rate, a VeltoVideoFrequency; a rate without a number here
+ *     gives 0.
+ * @return 0, 2 or 3 of VeltoResultCode, as any question (rule 10).
+ */
+VELTO_API VeltoResult velto_video_frequency(VeltoHandle handle, uint32_t* frequency);
+
+/**
+ * Asks the server for its lines and scan.
+ *
+ * @param handle           Connection.
+ * @param[out] resolution  Receives the resolution, a VeltoVideoResolution; a resolution without a
+ *     number here, 4K say, gives 0.
+ * @return 0, 2 or 3 of VeltoResultCode, as any question (rule 10).
+ */
+VELTO_API VeltoResult velto_video_resolution(VeltoHandle handle, uint32_t* resolution);
+
+/* ---- Play and stop --------------------------------------------------------------------------- */
+
+/**
+ * Plays what is loaded on a channel.
+ * Names the normal layer, which the lesser variants leave to the server.
+ *
+ * @param handle       Connection.
+ * @param channel      Channel, a VeltoChannel; any other number addresses channel A.
+ * @param speed        Speed, in times normal forward play: -200.0 to 200.0, in steps of 1/65536 cut
+ *     towards 0; negative is backwards; held at the limits, NaN is sent as 0.
+ * @param min_latency  Response, a VeltoLatency; any number but VELTO_LATENCY_MINIMUM is normal.
+ * @return 0, 2 or 3 of VeltoResultCode, as any command (rule 9).
+ */
+VELTO_API VeltoResult velto_cmd_play3(VeltoHandle handle, uint32_t channel, double speed,
+                                      uint32_t min_latency);
+
+/** velto_cmd_play3 without min_latency. */
+VELTO_API VeltoResult velto_cmd_play2(VeltoHandle handle, uint32_t channel, double speed);
+
+/** velto_cmd_play3 without speed and min_latency. */
+VELTO_API VeltoResult velto_cmd_play1(VeltoHandle handle, uint32_t channel);
+
+/**
+ * Stops a channel.
+ * Names the normal layer, which velto_cmd_stop1 leaves to the server.
+ *
+ * @param handle       Connection.
+ * @param channel      Channel, a VeltoChannel; any other number addresses channel A.
+ * @param min_latency  Response, a VeltoLatency; any number but VELTO_LATENCY_MINIMUM is normal.
+ * @return 0, 2 or 3 of VeltoResultCode, as any command (rule 9).
+ */
+VELTO_API VeltoResult velto_cmd_stop2(VeltoHandle handle, uint32_t channel, uint32_t min_latency);
+
+/** velto_cmd_stop2 without min_latency. */
+VELTO_API VeltoResult velto_cmd_stop1(VeltoHandle handle, uint32_t channel);
+
+/**
+ * Plays several channels together.
+ *
+ * @param handle       Connection.
+ * @param mask         Channels: VELTO_CHANNEL_BIT of each, A to H; bits 8 and up are ignored; 0 is
+ *     sent as a gang of none.
+ * @param speed        Speed, in times normal forward play: -200.0 to 200.0, in steps of 1/65536 cut
+ *     towards 0; negative is backwards; held at the limits, NaN is sent as 0.
+ * @param min_latency  Response, a VeltoLatency; any number but VELTO_LATENCY_MINIMUM is normal.
+ * @return 0, 2 or 3 of VeltoResultCode, as any command (rule 9).
+ */
+VELTO_API VeltoResult velto_cmd_gang_play3(VeltoHandle handle, uint32_t mask, double speed,
+                                           uint32_t min_latency);
+
+/** velto_cmd_gang_play3 without min_latency. */
+VELTO_API VeltoResult velto_cmd_gang_play2(VeltoHandle handle, uint32_t mask, double speed);
+
+/** velto_cmd_gang_play3 without speed and min_latency. */
+VELTO_API VeltoResult velto_cmd_gang_play1(VeltoHandle handle, uint32_t mask);
+
+/**
+ * Stops several channels together.
+ *
+ * @param handle       Connection.
+ * @param mask         Channels: VELTO_CHANNEL_BIT of each, A to H; bits 8 and up are ignored; 0 is
+ *     sent as a gang of none.
+ * @param min_latency  Response, a VeltoLatency; any number but VELTO_LATENCY_MINIMUM is normal.
+ * @return 0, 2 or 3 of VeltoResultCode, as any command (rule 9).
+ */
+VELTO_API VeltoResult velto_cmd_gang_stop2(VeltoHandle handle, uint32_t mask, uint32_t min_latency);
+
+/** velto_cmd_gang_stop2 without min_latency. */
+VELTO_API VeltoResult velto_cmd_gang_stop1(VeltoHandle handle, uint32_t mask);
+
+/* ---- Seek ------------------------------------------------------------------------------------ */
+
+/**
+ * Moves a channel to a position.
+ *
+ * @param handle       Connection.
+ * @param channel      Channel, a VeltoChannel; any other number addresses channel A.
+ * @param position     Position in the clip, in fields.
+ * @param min_latency  Response, a VeltoLatency; any number but VELTO_LATENCY_MINIMUM is normal.
+ * @return 0, 2 or 3 of VeltoResultCode, as any command (rule 9).
+ */
+VELTO_API VeltoResult velto_goto2(VeltoHandle handle, uint32_t channel, uint32_t position,
+                                  uint32_t min_latency);
+
+/** velto_goto2 without min_latency. */
+VELTO_API VeltoResult velto_goto1(VeltoHandle handle, uint32_t channel, uint32_t position);
+
+/**
+ * Moves several channels to one position together.
+ *
+ * @param handle       Connection.
+ * @param mask         Channels: VELTO_CHANNEL_BIT of each, A to H; bits 8 and up are ignored; 0 is
+ *     sent as a gang of none.
+ * @param position     Position in the clip, in fields.
+ * @param min_latency  Response, a VeltoLatency; any number but VELTO_LATENCY_MINIMUM is normal.
+ * @return 0, 2 or 3 of VeltoResultCode, as any command (rule 9).
+ */
+VELTO_API VeltoResult velto_gang_goto2(VeltoHandle handle, uint32_t mask, uint32_t position,
+                                       uint32_t min_latency);
+
+/** velto_gang_goto2 without min_latency. */
+VELTO_API VeltoResult velto_gang_goto1(VeltoHandle handle, uint32_t mask, uint32_t position);
+
+/**
+ * Moves a channel by a distance.
+ * Names the normal layer, which velto_jog1 leaves to the server.
+ *
+ * @param handle       Connection.
+ * @param channel      Channel, a VeltoChannel; any other number addresses channel A.
+ * @param distance     How far, in fields: the 32 bits of a signed number, (uint32_t)-25 being 25
+ *     fields back.
+ * @param min_latency  Response, a VeltoLatency; any number but VELTO_LATENCY_MINIMUM is normal.
+ * @return 0, 2 or 3 of VeltoResultCode, as any command (rule 9).
+ */
+VELTO_API VeltoResult velto_jog2(VeltoHandle handle, uint32_t channel, uint32_t distance,
+                                 uint32_t min_latency);
+
+/** velto_jog2 without min_latency. */
+VELTO_API VeltoResult velto_jog1(VeltoHandle handle, uint32_t channel, uint32_t distance);
+
+/**
+ * Moves several channels by one distance together.
+ *
+ * @param handle       Connection.
+ * @param mask         Channels: VELTO_CHANNEL_BIT of each, A to H; bits 8 and up are ignored; 0 is
+ *     sent as a gang of none.
+ * @param distance     How far, in fields: the 32 bits of a signed number, (uint32_t)-25 being 25
+ *     fields back.
+ * @param min_latency  Response, a VeltoLatency; any number but VELTO_LATENCY_MINIMUM is normal.
+ * @return 0, 2 or 3 of VeltoResultCode, as any command (rule 9).
+ */
+VELTO_API VeltoResult velto_gang_jog2(VeltoHandle handle, uint32_t mask, uint32_t distance,
+                                      uint32_t min_latency);
+
+/** velto_gang_jog2 without min_latency. */
+VELTO_API VeltoResult velto_gang_jog1(VeltoHandle handle, uint32_t mask, uint32_t distance);
+
+/* ---- Load ------------------------------------------------------------------------------------ */
+
+/**
+ * Loads a clip on a channel with its repeat mode and positions.
+ * Mind the order: loop_in comes before position.
+ *
+ * @param handle         Connection.
+ * @param channel        Channel, a VeltoChannel; any other number addresses channel A.
+ * @param clip           Name of the clip.
+ * @param repeat         Repeat mode, a VeltoRepeat; any other number counts as VELTO_REPEAT_OFF.
+ * @param goto_position  Position to cue the clip at, in fields.
+ * @param loop_in        Where the loop begins, in fields.
+ * @param position       Clip position of the load, in fields.
+ * @return 0, 2 or 3 of VeltoResultCode, as any command (rule 9).
+ */
+VELTO_API VeltoResult velto_cmd_loadclip4(VeltoHandle handle, uint32_t channel,
+                                          const VeltoChar* clip, uint32_t repeat,
+                                          uint32_t goto_position, uint32_t loop_in,
+                                          uint32_t position);
+
+/** velto_cmd_loadclip4 without loop_in and position. */
+VELTO_API VeltoResult velto_cmd_loadclip3(VeltoHandle handle, uint32_t channel,
+                                          const VeltoChar* clip, uint32_t repeat,
+                                          uint32_t goto_position);
+
+/** velto_cmd_loadclip4 without goto_position, loop_in and position. */
+VELTO_API VeltoResult velto_cmd_loadclip2(VeltoHandle handle, uint32_t channel,
+                                          const VeltoChar* clip, uint32_t repeat);
+
+/** velto_cmd_loadclip4 without repeat, goto_position, loop_in and position. */
+VELTO_API VeltoResult velto_cmd_loadclip1(VeltoHandle handle, uint32_t channel,
+                                          const VeltoChar* clip);
+
+/**
+ * Loads one camera angle of a clip on a channel.
+ *
+ * @param handle         Connection.
+ * @param channel        Channel, a VeltoChannel; any other number addresses channel A.
+ * @param clip           Name of the clip.
+ * @param angle          Camera angle: 0 to 255; of a larger number the low 8 bits count.
+ * @param goto_position  Position to cue the clip at, in fields.
+ * @param position       Clip position of the load, in fields.
+ * @return 0, 2 or 3 of VeltoResultCode, as any command (rule 9).
+ */
+VELTO_API VeltoResult velto_cmd_loadclip7(VeltoHandle handle, uint32_t channel,
+                                          const VeltoChar* clip, uint32_t angle,
+                                          uint32_t goto_position, uint32_t position);
+
+/** velto_cmd_loadclip7 without position. */
+VELTO_API VeltoResult velto_cmd_loadclip6(VeltoHandle handle, uint32_t channel,
+                                          const VeltoChar* clip, uint32_t angle,
+                                          uint32_t goto_position);
+
+/** velto_cmd_loadclip7 without goto_position and position. */
+VELTO_API VeltoResult velto_cmd_loadclip5(VeltoHandle handle, uint32_t channel,
+                                          const VeltoChar* clip, uint32_t angle);
+
+/**
+ * Loads a virtual clip on a channel.
+ *
+ * @param handle         Connection.
+ * @param channel        Channel, a VeltoChannel; any other number addresses channel A.
+ * @param clip           Name of the virtual clip.
+ * @param repeat         Repeat mode, a VeltoRepeat; any other number counts as VELTO_REPEAT_OFF.
+ * @param goto_position  Position to cue the clip at, in fields.
+ * @return 0, 2 or 3 of VeltoResultCode, as any command (rule 9).
+ */
+VELTO_API VeltoResult velto_cmd_load_vclip3(VeltoHandle handle, uint32_t channel,
+                                            const VeltoChar* clip, uint32_t repeat,
+                                            uint32_t goto_position);
+
+/** velto_cmd_load_vclip3 without goto_position. */
+VELTO_API VeltoResult velto_cmd_load_vclip2(VeltoHandle handle, uint32_t channel,
+                                            const VeltoChar* clip, uint32_t repeat);
+
+/** velto_cmd_load_vclip3 without repeat and goto_position. */
+VELTO_API VeltoResult velto_cmd_load_vclip1(VeltoHandle handle, uint32_t channel,
+                                            const VeltoChar* clip);
+
+/**
+ * Loads a play list on a channel; the list play-out functions then run it.
+ *
+ * @param handle   Connection.
+ * @param channel  Channel, a VeltoChannel; any other number addresses channel A.
+ * @param list     Name of the list.
+ * @return 0, 2 or 3 of VeltoResultCode, as any command (rule 9).
+ */
+VELTO_API VeltoResult velto_cmd_loadlist1(VeltoHandle handle, uint32_t channel,
+                                          const VeltoChar* list);
+
+/**
+ * Takes what is loaded off a channel.
+ *
+ * @param handle   Connection.
+ * @param channel  Channel, a VeltoChannel; any other number addresses channel A.
+ * @return 0, 2 or 3 of VeltoResultCode, as any command (rule 9).
+ */
+VELTO_API VeltoResult velto_unload_channel(VeltoHandle handle, uint32_t channel);
+
+/* ---- Pre-cue --------------------------------------------------------------------------------- */
+
+/**
+ * Prepares the clip that is to follow the one now playing on a channel.
+ * Always switches the clip's repeat off, whatever the clip itself says; the lesser variants do not
+ * touch it. Mind the order: loop_in comes before length.
+ *
+ * @param handle         Connection.
+ * @param channel        Channel, a VeltoChannel; any other number addresses channel A.
+ * @param clip           Name of the clip.
+ * @param condition      When it follows, a VeltoPrecueCondition; any other number counts as
+ *     VELTO_PRECUE_EXPLICIT_SWITCH.
+ * @param goto_position  Position to cue the clip at, in fields.
+ * @param loop_in        Where the loop begins, in fields.
+ * @param length         How much of the clip is used, in fields.
+ * @return 0, 2 or 3 of VeltoResultCode, as any command (rule 9).
+ */
+VELTO_API VeltoResult velto_precue4(VeltoHandle handle, uint32_t channel, const VeltoChar* clip,
+                                    uint32_t condition, uint32_t goto_position, uint32_t loop_in,
+                                    uint32_t length);
+
+/** velto_precue4 without loop_in. */
+VELTO_API VeltoResult velto_precue3(VeltoHandle handle, uint32_t channel, const VeltoChar* clip,
+                                    uint32_t condition, uint32_t goto_position, uint32_t length);
+
+/** velto_precue4 without loop_in and length. */
+VELTO_API VeltoResult velto_precue2(VeltoHandle handle, uint32_t channel, const VeltoChar* clip,
+                                    uint32_t condition, uint32_t goto_position);
+
+/** velto_precue4 without goto_position, loop_in and length. */
+VELTO_API VeltoResult velto_precue1(VeltoHandle handle, uint32_t channel, const VeltoChar* clip,
+                                    uint32_t condition);
+
+/**
+ * Switches a channel to its pre-cued clip.
+ *
+ * @param handle   Connection.
+ * @param channel  Channel, a VeltoChannel; any other number addresses channel A.
+ * @return 0, 2 or 3 of VeltoResultCode, as any command (rule 9).
+ */
+VELTO_API VeltoResult velto_precue_activate1(VeltoHandle handle, uint32_t channel);
+
+/**
+ * Switches several channels to their pre-cued clips together.
+ *
+ * @param handle  Connection.
+ * @param mask    Channels: VELTO_CHANNEL_BIT of each, A to H; bits 8 and up are ignored; 0 is sent
+ *     as a gang of none.
+ * @return 0, 2 or 3 of VeltoResultCode, as any command (rule 9).
+ */
+VELTO_API VeltoResult velto_gang_precue_activate1(VeltoHandle handle, uint32_t mask);
+
+/**
+ * Drops what is pre-cued on a channel.
+ *
+ * @param handle   Connection.
+ * @param channel  Channel, a VeltoChannel; any other number addresses channel A.
+ * @return 0, 2 or 3 of VeltoResultCode, as any command (rule 9).
+ */
+VELTO_API VeltoResult velto_precue_clear1(VeltoHandle handle, uint32_t channel);
+
+/* ---- Live and take --------------------------------------------------------------------------- */
+
+/**
+ * Takes a channel live, on a clip and a camera angle of it.
+ * Always asks for minimum latency, as the lesser variants do.
+ *
+ * @param handle   Connection.
+ * @param channel  Channel, a VeltoChannel; any other number addresses channel A.
+ * @param clip     Name of the clip.
+ * @param angle    Camera angle: 0 to 255; of a larger number the low 8 bits count.
+ * @return 0, 2 or 3 of VeltoResultCode, as any command (rule 9).
+ */
+VELTO_API VeltoResult velto_go_live4(VeltoHandle handle, uint32_t channel, const VeltoChar* clip,
+                                     uint32_t angle);
+
+/** velto_go_live4 without angle. */
+VELTO_API VeltoResult velto_go_live3(VeltoHandle handle, uint32_t channel, const VeltoChar* clip);
+
+/** velto_go_live4 without clip. */
+VELTO_API VeltoResult velto_go_live2(VeltoHandle handle, uint32_t channel, uint32_t angle);
+
+/** velto_go_live4 without clip and angle. */
+VELTO_API VeltoResult velto_go_live1(VeltoHandle handle, uint32_t channel);
+
+/**
+ * Takes on a channel, with a transition.
+ *
+ * @param handle      Connection.
+ * @param channel     Channel, a VeltoChannel; any other number addresses channel A.
+ * @param transition  Transition, a VeltoTransition; any other number counts as
+ *     VELTO_TRANSITION_CUT.
+ * @param duration    Duration of the transition, in fields.
+ * @param follow      Speed afterwards, a VeltoFollow; any other number counts as VELTO_FOLLOW_NONE.
+ * @return 0, 2 or 3 of VeltoResultCode, as any command (rule 9).
+ */
+VELTO_API VeltoResult velto_take2(VeltoHandle handle, uint32_t channel, uint32_t transition,
+                                  uint32_t duration, uint32_t follow);
+
+/** velto_take2 without follow. */
+VELTO_API VeltoResult velto_take1(VeltoHandle handle, uint32_t channel, uint32_t transition,
+                                  uint32_t duration);
+
+/**
+ * Changes the camera angle of what a channel plays.
+ *
+ * @param handle   Connection.
+ * @param channel  Channel, a VeltoChannel; any other number addresses channel A.
+ * @param angle    Camera angle: 0 to 255; of a larger number the low 8 bits count.
+ * @return 0, 2 or 3 of VeltoResultCode, as any command (rule 9).
+ */
+VELTO_API VeltoResult velto_angle1(VeltoHandle handle, uint32_t channel, uint32_t angle);
+
+/* ---- Edit and monitor ------------------------------------------------------------------------ */
+
+/**
+ * Chooses the tracks of a channel that are in insert edit.
+ *
+ * @param handle   Connection.
+ * @param channel  Channel, a VeltoChannel; any other number addresses channel A.
+ * @param bits     Tracks to be on, the others going off, VeltoEditBits combined; bits 3 and up are
+ *     ignored.
+ * @return 0, 2 or 3 of VeltoResultCode, as any command (rule 9).
+ */
+VELTO_API VeltoResult velto_edit1(VeltoHandle handle, uint32_t channel, uint32_t bits);
+
+/** velto_edit1 with bits VELTO_EDIT_ALL. */
+VELTO_API VeltoResult velto_edit_all_on(VeltoHandle handle, uint32_t channel);
+
+/** velto_edit1 with bits VELTO_EDIT_NONE. */
+VELTO_API VeltoResult velto_edit_all_off(VeltoHandle handle, uint32_t channel);
+
+/**
+ * Chooses the tracks of several channels that are in insert edit.
+ *
+ * @param handle  Connection.
+ * @param mask    Channels: VELTO_CHANNEL_BIT of each, A to H; bits 8 and up are ignored; 0 is sent
+ *     as a gang of none.
+ * @param bits    Tracks to be on, the others going off, VeltoEditBits combined; bits 3 and up are
+ *     ignored.
+ * @return 0, 2 or 3 of VeltoResultCode, as any command (rule 9).
+ */
+VELTO_API VeltoResult velto_gang_edit1(VeltoHandle handle, uint32_t mask, uint32_t bits);
+
+/** velto_gang_edit1 with bits VELTO_EDIT_ALL. */
+VELTO_API VeltoResult velto_gang_edit_all_on(VeltoHandle handle, uint32_t mask);
+
+/** velto_gang_edit1 with bits VELTO_EDIT_NONE. */
+VELTO_API VeltoResult velto_gang_edit_all_off(VeltoHandle handle, uint32_t mask);
+
+/**
+ * Chooses the tracks of a channel that show the input, and who switches them.
+ *
+ * @param handle   Connection.
+ * @param channel  Channel, a VeltoChannel; any other number addresses channel A.
+ * @param bits     Tracks to be on, the others going off, VeltoEditBits combined; bits 3 and up are
+ *     ignored.
+ * @param manual   Who chooses, a VeltoMonitor; any number but 1 is automatic, also 2.
+ * @return 0, 2 or 3 of VeltoResultCode, as any command (rule 9).
+ */
+VELTO_API VeltoResult velto_ee1(VeltoHandle handle, uint32_t channel, uint32_t bits,
+                                uint32_t manual);
+
+/** velto_ee1 with bits VELTO_EDIT_ALL and manual VELTO_MONITOR_AUTOMATIC. */
+VELTO_API VeltoResult velto_ee_all_on(VeltoHandle handle, uint32_t channel);
+
+/** velto_ee1 with bits VELTO_EDIT_NONE and manual VELTO_MONITOR_AUTOMATIC. */
+VELTO_API VeltoResult velto_ee_all_off(VeltoHandle handle, uint32_t channel);
+
+/**
+ * Chooses the tracks of several channels that show the input, and who switches them.
+ *
+ * @param handle  Connection.
+ * @param mask    Channels: VELTO_CHANNEL_BIT of each, A to H; bits 8 and up are ignored; 0 is sent
+ *     as a gang of none.
+ * @param bits    Tracks to be on, the others going off, VeltoEditBits combined; bits 3 and up are
+ *     ignored.
+ * @param manual  Who chooses, a VeltoMonitor; any number but 1 is automatic, also 2.
+ * @return 0, 2 or 3 of VeltoResultCode, as any command (rule 9).
+ */
+VELTO_API VeltoResult velto_gang_ee1(VeltoHandle handle, uint32_t mask, uint32_t bits,
+                                     uint32_t manual);
+
+/** velto_gang_ee1 with bits VELTO_EDIT_ALL and manual VELTO_MONITOR_AUTOMATIC. */
+VELTO_API VeltoResult velto_gang_ee_all_on(VeltoHandle handle, uint32_t mask);
+
+/** velto_gang_ee1 with bits VELTO_EDIT_NONE and manual VELTO_MONITOR_AUTOMATIC. */
+VELTO_API VeltoResult velto_gang_ee_all_off(VeltoHandle handle, uint32_t mask);
+
+/* ---- Loop and out point ---------------------------------------------------------------------- */
+
+/**
+ * Sets how what is loaded on a channel repeats.
+ *
+ * @param handle   Connection.
+ * @param channel  Channel, a VeltoChannel; any other number addresses channel A.
+ * @param repeat   Repeat mode, a VeltoRepeat; any other number counts as VELTO_REPEAT_OFF.
+ * @return 0, 2 or 3 of VeltoResultCode, as any command (rule 9).
+ */
+VELTO_API VeltoResult velto_set_repeat(VeltoHandle handle, uint32_t channel, uint32_t repeat);
+
+/** The same as velto_set_repeat under another name. Neither is the older form of the other. */
+VELTO_API VeltoResult velto_set_channel_repeat(VeltoHandle handle, uint32_t channel,
+                                               uint32_t repeat);
+
+/**
+ * Sets the position at which a channel stops.
+ *
+ * @param handle    Connection.
+ * @param channel   Channel, a VeltoChannel; any other number addresses channel A.
+ * @param position  Out point, in fields.
+ * @return 0, 2 or 3 of VeltoResultCode, as any command (rule 9).
+ */
+VELTO_API VeltoResult velto_set_out1(VeltoHandle handle, uint32_t channel, uint32_t position);
+
+/**
+ * Removes the out point of a channel.
+ *
+ * @param handle   Connection.
+ * @param channel  Channel, a VeltoChannel; any other number addresses channel A.
+ * @return 0, 2 or 3 of VeltoResultCode, as any command (rule 9).
+ */
+VELTO_API VeltoResult velto_clear_out(VeltoHandle handle, uint32_t channel);
+
+/* ---- List play-out --------------------------------------------------------------------------- */
+
+/**
+ * Cues an element of the loaded list at once, without running it.
+ *
+ * @param handle   Connection.
+ * @param channel  Channel, a VeltoChannel; any other number addresses channel A.
+ * @param index    Element of the loaded list: 0 to 65535, 0 being the first; of a larger number the
+ *     low 16 bits count.
+ * @return 0, 2 or 3 of VeltoResultCode, as any command (rule 9).
+ */
+VELTO_API VeltoResult velto_cmd_playlist_cue_now(VeltoHandle handle, uint32_t channel,
+                                                 uint32_t index);
+
+/** velto_cmd_playlist_cue_now with index 0. */
+VELTO_API VeltoResult velto_cmd_playlist_cue_list(VeltoHandle handle, uint32_t channel);
+
+/**
+ * Queues an element of the loaded list behind the present one, to be cued.
+ *
+ * @param handle   Connection.
+ * @param channel  Channel, a VeltoChannel; any other number addresses channel A.
+ * @param index    Element of the loaded list: 0 to 65535, 0 being the first; of a larger number the
+ *     low 16 bits count.
+ * @return 0, 2 or 3 of VeltoResultCode, as any command (rule 9).
+ */
+VELTO_API VeltoResult velto_cmd_playlist_cue_next(VeltoHandle handle, uint32_t channel,
+                                                  uint32_t index);
+
+/**
+ * Runs an element of the loaded list at once.
+ *
+ * @param handle   Connection.
+ * @param channel  Channel, a VeltoChannel; any other number addresses channel A.
+ * @param index    Element of the loaded list: 0 to 65535, 0 being the first; of a larger number the
+ *     low 16 bits count.
+ * @return 0, 2 or 3 of VeltoResultCode, as any command (rule 9).
+ */
+VELTO_API VeltoResult velto_cmd_playlist_play_now(VeltoHandle handle, uint32_t channel,
+                                                  uint32_t index);
+
+/**
+ * Queues an element of the loaded list behind the present one, to be run.
+ *
+ * @param handle   Connection.
+ * @param channel  Channel, a VeltoChannel; any other number addresses channel A.
+ * @param index    Element of the loaded list: 0 to 65535, 0 being the first; of a larger number the
+ *     low 16 bits count.
+ * @return 0, 2 or 3 of VeltoResultCode, as any command (rule 9).
+ */
+VELTO_API VeltoResult velto_cmd_playlist_play_next(VeltoHandle handle, uint32_t channel,
+                                                   uint32_t index);
+
+#ifdef __cplusplus
+}
+#endif
+
+#endif
