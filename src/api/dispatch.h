@@ -1,0 +1,24 @@
+#pragma once
+
+#include "api/connection_registry.h"
+
+// The frame of every call on a connection: resolves the handle, and runs the member with a
+// reference of its own, so that the object cannot go while the call is in it.
+template <typename Member, typename... Arguments>
+VeltoResult dispatch(VeltoHandle handle, Member member, const Arguments&... arguments)
+{
+    ARef<VeltoConnObject> connection;
+    const VeltoResult result = connection_registry().resolve_connection(handle, connection);
+    if (result != VELTO_RESULT_OK) {
+        return result;
+    }
+    return member(connection, arguments...);
+}
+
+// The same for a command whose fields the arguments fill.
+template <typename Command, typename... FieldArguments>
+VeltoResult plain_command(VeltoHandle handle, const FieldArguments&... arguments)
+{
+    return dispatch(handle, &VeltoConnObject::plain_command<Command, FieldArguments...>,
+                    arguments...);
+}

@@ -1,0 +1,101 @@
+#pragma once
+
+#include "foundation/afunctionext.h"
+#include "foundation/bsem.h"
+#include "protocol/zavl3_api.h"
+#include "velto/velto.h"
+
+#include <memory>
+
+class VeltoConnObject;
+
+// What a member waits for: shared between the member and the delegates that finish it, either of
+// which may hold the last share.
+class CBBaseObject
+{
+public:
+    enum class Waiting { waits, does_not_wait };
+
+    // Made with one share, that of the delegates.
+    CBBaseObject(const ARef<VeltoConnObject>& owner, Waiting waiting);
+    CBBaseObject(const CBBaseObject&) = delete;
+    CBBaseObject& operator=(const CBBaseObject&) = delete;
+    virtual ~CBBaseObject() = default;
+
+    // The server's code is ignored: its text alone tells failures apart.
+    void error_delegate(AString text, ZAVL3::ErrorCode code);
+    // What every delegate does last. It drops all that it can before it wakes the member.
+    void finish_callback();
+
+    void add_share() { atomic_increment(reference_count); }
+    void drop_share();
+
+    ARef<VeltoConnObject> connection;     // until completion
+    std::unique_ptr<BSem> done_semaphore; // null: nobody waits
+    VeltoResult result_code = VELTO_RESULT_OK;
+    AString result_text;
+    std::atomic<std::uint32_t> reference_count{1};
+};
+
+// For commands that are answered with a plain ok.
+class CBOkObject : public CBBaseObject
+{
+public:
+    using CBBaseObject::CBBaseObject;
+
+    void ok_delegate() { finish_callback(); }
+};
+
+class CBServerNameObject : public CBBaseObject
+{
+public:
+    using CBBaseObject::CBBaseObject;
+
+    void computername_delegate(AString computer_name);
+
+    AString name;
+};
+
+class CBVideoStandardObject : public CBBaseObject
+{
+public:
+    using CBBaseObject::CBBaseObject;
+
+    void video_standard_delegate(ZAVL3::VideoStandard video_standard, ZAVL3::VideoRate video_rate,
+                                 ZAVL3::VideoResolution video_resolution);
+
+    ZAVL3::VideoStandard standard{};
+    ZAVL3::VideoRate rate{};
+    ZAVL3::VideoResolution resolution{};
+};
+
+// A member's share of a completion object.
+template <typename Callback>
+class CBHolder
+{
+public:
+    CBHolder(const ARef<VeltoConnObject>& connection, CBBaseObject::Waiting waiting)
+        : callback(new Callback(connection, waiting))
+    {
+        callback->add_share();
+    }
+    CBHolder(const CBHolder&) = delete;
+    CBHolder& operator=(const CBHolder&) = delete;
+    ~CBHolder() { callback->drop_share(); }
+
+    Callback* operator->() const { return callback; }
+
+    // A delegate bound to the completion object, for `issue`.
+    template <auto Member>
+    auto delegate() const
+    {
+        return bind<Member>(static_cast<Callback*>(callback));
+    }
+
+    // Waits for the completion, if anybody does, without a limit. What a command comes to that
+    // nobody waits for is not looked at again.
+    VeltoResult outcome() const;
+
+private:
+    Callback* callback;
+};
