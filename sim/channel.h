@@ -1,0 +1,157 @@
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <memory>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "sim/clip_store.h"
+#include "sim/motion.h"
+#include "sim/standards.h"
+#include "sim/words.h"
+
+namespace veltosim
+{
+
+inline constexpr Speed fastest = 200 * normal_speed;
+
+// A clip together with how it is to be played.
+struct Material {
+    ClipPtr clip;
+    std::uint32_t start = 0;
+    std::optional<std::uint32_t> out_point; // first field that is not played
+    std::optional<std::uint32_t> loop_in;
+    std::optional<std::uint32_t> loop_out; // first field behind the loop
+    Loop loop = Loop::automatic;
+    std::uint8_t angle = 0;
+    Speed speed = normal_speed; // of a play that names none
+    Playback playback = Playback::automatic;
+};
+
+// Throws a Refusal if some value of `material` does not fit its clip.
+void check_material(const Material& material);
+
+struct Precue {
+    Material material;
+    PrecueCondition condition = PrecueCondition::explicit_switch;
+};
+
+struct QueuedElement {
+    std::size_t index = 0;
+    Roll roll = Roll::roll;
+};
+
+// A playlist on a channel.
+struct LoadedList {
+    std::string name;
+    std::shared_ptr<const std::vector<Material>> elements; // never empty
+    ListPlayMode mode = ListPlayMode::single_channel;
+    std::size_t now = 0;
+    std::optional<QueuedElement> next;
+    bool turning = false; // begins anew behind its last element
+};
+
+// What a channel looks like from outside at one moment.
+struct ChannelView {
+    char letter = 'A';
+    ChannelStatus status = ChannelStatus::idle;
+    std::string clip;
+    std::uint32_t clip_length = 0;
+    std::uint32_t position = 0;
+    Speed speed = 0;
+    Loop loop = Loop::off;
+    std::optional<std::uint32_t> loop_in;
+    std::optional<std::uint32_t> loop_out;
+    std::optional<std::uint32_t> out_point;
+    std::uint8_t angle = 0;
+    std::uint8_t angle_count = 0;
+    Playback playback = Playback::automatic;
+    std::string list;
+    ListPlayMode list_mode = ListPlayMode::single_channel;
+    std::size_t list_index = 0;
+    std::optional<QueuedElement> list_next;
+    std::string precued_clip;
+    std::optional<PrecueCondition> precue_condition;
+    std::uint16_t edit_mask = 0;
+    std::uint16_t ee_mask = 0;
+    bool auto_ee = true;
+    bool transition_in_progress = false;
+};
+
+// One channel of the server: what it holds and how that moves. It is a value that knows no clock:
+// each operation is told the time, and catches up first with what has happened since the last one
+// (a clip that ended, a list that went on). An operation that cannot be obeyed throws a Refusal;
+// the channel may then be half changed, so that callers work on a copy.
+class Channel
+{
+public:
+    Channel(char channel_letter, const FieldRate& field_rate);
+
+    void cue(TimePoint now, Material material);
+    void load_list(TimePoint now, LoadedList loaded);
+    void unload(TimePoint now);
+
+    void play(TimePoint now, std::optional<Speed> wanted = {});
+    void stop(TimePoint now);
+    void jog(TimePoint now, std::int32_t distance);
+    void go_to(TimePoint now, std::uint32_t wanted);
+    // Shows the newest field of the clip, or the one that is `delay` fields older.
+    void go_live(TimePoint now, std::uint32_t delay, std::optional<std::uint8_t> wanted_angle);
+
+    void precue(TimePoint now, Precue wanted);
+    void precue_activate(TimePoint now);
+    void precue_clear(TimePoint now);
+    // Puts what is ready on air: the list's next element, or the precued clip.
+    void take(TimePoint now, TransitionType type, std::uint32_t duration, FollowSpeed follow);
+
+    void list_play_now(TimePoint now, QueuedElement wanted, std::int32_t distance);
+    void list_play_next(TimePoint now, QueuedElement wanted);
+
+    void set_angle(TimePoint now, std::uint8_t wanted);
+    // On a channel with a list it is the list that turns.
+    void set_loop(TimePoint now, Loop wanted);
+    void set_out_point(TimePoint now, std::uint32_t wanted);
+    void clear_out_point(TimePoint now);
+    void set_edit_mask(TimePoint now, std::uint16_t mask);
+    void set_ee(TimePoint now, std::uint16_t mask, bool automatic);
+
+    ChannelView view(TimePoint now) const;
+
+private:
+    Material& required_material();
+    const LoadedList& required_list() const;
+    const Material& element(std::size_t index) const;
+    std::string name() const;
+
+    Path path() const;
+    Loop effective_loop() const;
+    std::uint32_t shown_field() const;
+    ChannelStatus status(TimePoint now) const;
+
+    void settle(TimePoint now);
+    void at_end(TimePoint when);
+    std::optional<QueuedElement> following_element(int direction) const;
+    void put(TimePoint now, Material next_material);
+    void play_element(TimePoint now, QueuedElement wanted, std::optional<Speed> wanted_speed);
+    void switch_to_precue(TimePoint now, std::optional<Speed> wanted_speed);
+    void start(TimePoint now, Speed wanted);
+    void hold(TimePoint now, std::uint32_t field);
+
+    char letter;
+    FieldRate rate;
+    std::optional<Material> material;
+    std::optional<Precue> precued;
+    std::optional<LoadedList> list;
+    Motion motion;
+    bool running = false;
+    bool live = false;
+    TimePoint cued_at{};
+    TimePoint transition_end{};
+    std::uint16_t edit_mask = 0;
+    std::uint16_t ee_mask = 0;
+    bool auto_ee = true;
+};
+
+} // namespace veltosim

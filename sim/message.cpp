@@ -1,0 +1,324 @@
+#include "sim/message.h"
+
+#include <algorithm>
+#include <charconv>
+#include <iterator>
+#include <sstream>
+
+#include <fmt/format.h>
+
+#include "sim/text.h"
+
+namespace veltosim
+{
+
+namespace
+{
+
+// A longer one would not leave room for an answer.
+constexpr std::size_t longest_xid = 1000;
+
+// White space is kept where it is the text of a leaf; line ends are left as they came.
+constexpr unsigned parse_flags = pugi::parse_escapes | pugi::parse_ws_pcdata_single |
+                                 pugi::parse_comments | pugi::parse_cdata | pugi::parse_pi |
+                                 pugi::parse_declaration | pugi::parse_doctype;
+
+struct PlainChecker : pugi::xml_tree_walker {
+    bool for_each(pugi::xml_node& node) override
+    {
+        const bool plain = node.type() == pugi::node_element || node.type() == pugi::node_pcdata;
+        if (!plain || node.first_attribute()) {
+            throw Junk("a command holds elements and text, and no attributes, comments, CDATA or "
+                       "declarations");
+        }
+        return true;
+    }
+};
+
+bool is_element(const pugi::xml_node& node)
+{
+    return node.type() == pugi::node_element;
+}
+
+std::string field_names(std::span<const FieldSpec> specs)
+{
+    if (specs.empty()) {
+        return "it has no fields";
+    }
+    std::string names = "its fields are ";
+    for (std::size_t i = 0; i < specs.size(); ++i) {
+        names += fmt::format("{}{}", i == 0 ? "" : ", ", specs[i].name);
+    }
+    return names;
+}
+
+[[noreturn]] void refuse(const FieldSpec& spec, std::string_view value, std::string_view allowed)
+{
+    throw Refusal(fmt::format("{} holds {}; allowed is {}", spec.name, quote(value), allowed));
+}
+
+std::optional<std::int64_t> to_integer(std::string_view text)
+{
+    std::int64_t number = 0;
+    const char* const end = text.data() + text.size();
+    const auto [stop, error] = std::from_chars(text.data(), end, number);
+    return error == std::errc{} && stop == end ? std::optional(number) : std::nullopt;
+}
+
+std::int64_t read_number(const FieldSpec& spec, std::string_view text)
+{
+    const auto number = to_integer(text);
+    if (!number || *number < spec.lowest || *number > spec.highest) {
+        refuse(spec, text, fmt::format("a number from {} to {}", spec.lowest, spec.highest));
+    }
+    return *number;
+}
+
+// The fraction of a speed in 1/65536, cut. `digits` are what stands behind the point.
+std::optional<std::int64_t> to_fraction(std::string_view digits)
+{
+    std::uint64_t fraction = 0; // scaled by 2 to the power 60
+    for (auto digit = digits.rbegin(); digit != digits.rend(); ++digit) {
+        if (*digit < '0' || *digit > '9') {
+            return std::nullopt;
+        }
+        fraction = ((static_cast<std::uint64_t>(*digit - '0') << 60) + fraction) / 10;
+    }
+    return static_cast<std::int64_t>(fraction >> 44);
+}
+
+std::optional<std::int64_t> to_speed(std::string_view text)
+{
+    if (!text.ends_with('X')) {
+        return to_integer(text);
+    }
+    text.remove_suffix(1);
+    const bool negative = text.starts_with('-');
+    text.remove_prefix(negative ? 1 : 0);
+    const std::size_t point = std::min(text.find('.'), text.size());
+    const std::string_view whole_digits = text.substr(0, point);
+    const auto whole = to_integer(whole_digits);
+    const auto fraction = to_fraction(text.substr(std::min(point + 1, text.size())));
+    if (!whole || whole_digits.starts_with('-') || *whole > 0x7FFF || !fraction) {
+        return std::nullopt;
+    }
+    const std::int64_t magnitude = *whole * 0x10000 + *fraction;
+    return negative ? -magnitude : magnitude;
+}
+
+std::int64_t read_speed(const FieldSpec& spec, std::string_view text)
+{
+    const auto speed = to_speed(text);
+    if (!speed || *speed < spec.lowest || *speed > spec.highest) {
+        refuse(spec, text,
+               fmt::format("a speed such as 1.5X, from {}X to {}X", spec.lowest / 0x10000,
+                           spec.highest / 0x10000));
+    }
+    return *speed;
+}
+
+std::int64_t read_word(const FieldSpec& spec, std::string_view text)
+{
+    const auto found = std::find(spec.words.begin(), spec.words.end(), text);
+    if (found == spec.words.end()) {
+        refuse(spec, text, any_of(spec.words));
+    }
+    return std::distance(spec.words.begin(), found);
+}
+
+std::string leaf_text(const pugi::xml_node& element)
+{
+    const auto children = element.children();
+    if (std::any_of(children.begin(), children.end(), is_element)) {
+        throw Refusal(
+            fmt::format("{} holds elements where a value is expected", quote(element.name())));
+    }
+    return element.child_value();
+}
+
+void check_no_text(const pugi::xml_node& element)
+{
+    for (const pugi::xml_node& child : element.children()) {
+        const std::string_view text = child.value();
+        if (!is_element(child) && text.find_first_not_of(" \t\r\n") != text.npos) {
+            throw Refusal(fmt::format("{} stands where only elements are expected", quote(text)));
+        }
+    }
+}
+
+FieldValue read_field(const pugi::xml_node& element, const FieldSpec& spec);
+
+std::vector<FieldValue> read_list(const pugi::xml_node& element, const FieldSpec& spec)
+{
+    check_no_text(element);
+    const FieldSpec& item = spec.parts.front();
+    std::vector<FieldValue> items;
+    for (const pugi::xml_node& child : element.children()) {
+        if (is_element(child) && child.name() != item.name) {
+            throw Refusal(fmt::format("{} holds {}; allowed are elements {}", spec.name,
+                                      quote(child.name()), item.name));
+        }
+        if (is_element(child)) {
+            items.push_back(read_field(child, item));
+        }
+    }
+    return items;
+}
+
+FieldValue read_field(const pugi::xml_node& element, const FieldSpec& spec)
+{
+    FieldValue value;
+    value.name = spec.name;
+    if (spec.kind == FieldKind::list) {
+        value.items = read_list(element, spec);
+        return value;
+    }
+    if (spec.kind == FieldKind::composite) {
+        value.parts = Fields(element, spec.parts);
+        return value;
+    }
+    value.text = leaf_text(element);
+    switch (spec.kind) {
+    case FieldKind::number:
+        value.number = read_number(spec, value.text);
+        break;
+    case FieldKind::speed:
+        value.number = read_speed(spec, value.text);
+        break;
+    case FieldKind::word:
+        value.number = read_word(spec, value.text);
+        break;
+    case FieldKind::flag:
+        if (!value.text.empty()) {
+            refuse(spec, value.text, "nothing, since it is a flag");
+        }
+        break;
+    default:
+        if (static_cast<std::int64_t>(value.text.size()) > spec.highest) {
+            refuse(spec, value.text, fmt::format("a text of {} bytes", spec.highest));
+        }
+    }
+    return value;
+}
+
+} // namespace
+
+CommandMessage::CommandMessage(std::string_view bytes)
+{
+    if (!is_utf8(bytes)) {
+        throw Junk("a command is not UTF-8");
+    }
+    const auto result =
+        document.load_buffer(bytes.data(), bytes.size(), parse_flags, pugi::encoding_utf8);
+    if (!result) {
+        throw Junk(fmt::format("a command is not well formed: {}", result.description()));
+    }
+    PlainChecker checker;
+    document.traverse(checker);
+    if (xid().size() > longest_xid) {
+        throw Junk(fmt::format("an xid is longer than {} bytes", longest_xid));
+    }
+}
+
+std::string CommandMessage::xid() const
+{
+    return document.first_child().child_value("xid");
+}
+
+pugi::xml_node CommandMessage::content() const
+{
+    check_no_text(document.first_child());
+    leaf_text(document.first_child().child("xid"));
+    pugi::xml_node content;
+    int identifiers = 0;
+    for (const pugi::xml_node& child : document.first_child().children()) {
+        if (!is_element(child)) {
+            continue;
+        }
+        if (std::string_view(child.name()) == "xid") {
+            ++identifiers;
+        } else if (content) {
+            throw Refusal(fmt::format("one message holds two commands, {} and {}",
+                                      quote(content.name()), quote(child.name())));
+        } else {
+            content = child;
+        }
+    }
+    if (identifiers != 1) {
+        throw Refusal(
+            fmt::format("a message holds {} elements xid; it must hold one", identifiers));
+    }
+    if (!content) {
+        throw Refusal("a message holds no command");
+    }
+    return content;
+}
+
+Fields::Fields(const pugi::xml_node& element, std::span<const FieldSpec> specs)
+{
+    check_no_text(element);
+    for (const pugi::xml_node& child : element.children()) {
+        if (!is_element(child)) {
+            continue;
+        }
+        const auto spec = std::find_if(specs.begin(), specs.end(), [&](const FieldSpec& candidate) {
+            return candidate.name == child.name();
+        });
+        if (spec == specs.end()) {
+            throw Refusal(
+                fmt::format("there is no field {}; {}", quote(child.name()), field_names(specs)));
+        }
+        if (has(spec->name)) {
+            throw Refusal(fmt::format("{} is given twice", spec->name));
+        }
+        values.push_back(read_field(child, *spec));
+    }
+    for (const FieldSpec& spec : specs) {
+        if (spec.required && !has(spec.name)) {
+            throw Refusal(fmt::format("{} is missing", spec.name));
+        }
+    }
+}
+
+const FieldValue* Fields::find(std::string_view name) const
+{
+    const auto found = std::find_if(values.begin(), values.end(),
+                                    [&](const FieldValue& value) { return value.name == name; });
+    return found == values.end() ? nullptr : &*found;
+}
+
+const std::string& Fields::text(std::string_view name) const
+{
+    static const std::string absent;
+    const FieldValue* value = find(name);
+    return value ? value->text : absent;
+}
+
+pugi::xml_node Replies::add(std::string_view kind)
+{
+    pugi::xml_node root = document.append_child("reply");
+    add_text(root, "xid", xid);
+    return root.append_child(std::string(kind).c_str());
+}
+
+std::vector<std::string> Replies::messages() const
+{
+    std::vector<std::string> all;
+    for (const pugi::xml_node& root : document.children()) {
+        std::ostringstream bytes;
+        // The XML of clients has no numeric references, with which control characters would go out.
+        root.print(bytes, "", pugi::format_raw | pugi::format_skip_control_chars,
+                   pugi::encoding_utf8);
+        all.push_back(bytes.str());
+    }
+    return all;
+}
+
+void add_text(pugi::xml_node parent, std::string_view name, std::string_view text)
+{
+    parent.append_child(std::string(name).c_str())
+        .append_child(pugi::node_pcdata)
+        .set_value(std::string(text).c_str());
+}
+
+} // namespace veltosim

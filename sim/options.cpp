@@ -1,0 +1,181 @@
+#include "sim/options.h"
+
+#include <algorithm>
+#include <charconv>
+#include <ostream>
+#include <set>
+#include <stdexcept>
+#include <string_view>
+
+#include <CLI/CLI.hpp>
+#include <fmt/format.h>
+
+#include "sim/text.h"
+
+namespace veltosim
+{
+
+namespace
+{
+
+constexpr std::size_t longest_name = 255;
+
+constexpr const char* description =
+    "veltosim - a video server of 12 channels, A to L, to try clients on.\n"
+    "It listens on TCP port 8913, keeps what each channel holds and how it moves, obeys the\n"
+    "transport commands and refuses with a reason what it cannot do. Stop it with Ctrl-C: it then\n"
+    "prints its channels. Its first line of output, 'listening on <address>:8913', tells that\n"
+    "clients can connect.\n";
+
+std::string footer()
+{
+    return "\nThere from the start\n" + ClipStore::with_examples().summary() +
+           "\nExamples\n"
+           "  veltosim                                   a server at 127.0.0.1\n"
+           "  veltosim --address 127.0.0.2 --name second another one beside it\n"
+           "  veltosim --standard 1080_59_94i --clip race:18000:4 --trace\n"
+           "\nExit codes\n"
+           "  0 stopped by a signal, 2 bad option, 3 address in use, 4 other network failure\n";
+}
+
+[[noreturn]] void fail(const std::string& text)
+{
+    throw std::invalid_argument(text);
+}
+
+asio::ip::address_v4 to_address(const std::string& text)
+{
+    std::error_code error;
+    const auto address = asio::ip::make_address_v4(text, error);
+    if (error) {
+        fail(fmt::format("--address: {} is no IPv4 address; one such as 127.0.0.1 is allowed",
+                         quote(text)));
+    }
+    return address;
+}
+
+const Standard* to_standard(const std::string& text)
+{
+    const Standard* standard = find_standard(text);
+    if (!standard) {
+        std::vector<std::string_view> names;
+        for (const Standard& known : standards()) {
+            names.push_back(known.name);
+        }
+        fail(fmt::format("--standard: {} is no video standard; allowed is {}", quote(text),
+                         any_of(names)));
+    }
+    return standard;
+}
+
+std::string to_name(std::string_view option, std::string_view text)
+{
+    if (text.empty() || text.size() > longest_name || !is_utf8(text) || on_one_line(text) != text) {
+        fail(fmt::format("{}: {} is no name; 1 to {} bytes of UTF-8 are allowed, without control "
+                         "characters",
+                         option, quote(text), longest_name));
+    }
+    return std::string(text);
+}
+
+std::uint32_t to_count(std::string_view clip, std::string_view what, std::string_view text,
+                       std::uint32_t highest)
+{
+    std::uint32_t count = 0;
+    const char* const end = text.data() + text.size();
+    const auto [stop, error] = std::from_chars(text.data(), end, count);
+    if (error != std::errc{} || stop != end || count == 0 || count > highest) {
+        fail(fmt::format("--clip: the {} of {} cannot be {}; 1 to {} are allowed", what,
+                         quote(clip), quote(text), highest));
+    }
+    return count;
+}
+
+Clip to_clip(std::string_view text)
+{
+    const auto first = text.find(':');
+    if (first == text.npos) {
+        fail(fmt::format("--clip: {} has no length; write NAME:LENGTH or NAME:LENGTH:ANGLES, the "
+                         "length in fields",
+                         quote(text)));
+    }
+    const auto second = std::min(text.find(':', first + 1), text.size());
+    Clip clip;
+    clip.name = to_name("--clip", text.substr(0, first));
+    clip.length = to_count(clip.name, "length", text.substr(first + 1, second - first - 1),
+                           std::numeric_limits<std::uint32_t>::max());
+    if (second < text.size()) {
+        clip.angles = static_cast<std::uint8_t>(
+            to_count(clip.name, "number of angles", text.substr(second + 1), 255));
+    }
+    return clip;
+}
+
+std::vector<Clip> to_clips(const std::vector<std::string>& texts)
+{
+    std::vector<Clip> clips;
+    std::set<std::string> names;
+    for (const std::string& text : texts) {
+        clips.push_back(to_clip(text));
+        if (!names.insert(clips.back().name).second) {
+            fail(fmt::format("--clip: {} is given twice", quote(clips.back().name)));
+        }
+    }
+    return clips;
+}
+
+// The command line as it was written.
+struct Written {
+    std::string address = "127.0.0.1";
+    std::string standard = "1080_50i";
+    std::string name = "veltosim";
+    std::vector<std::string> clips;
+    bool trace = false;
+};
+
+void declare(CLI::App& app, Written& written)
+{
+    app.footer(footer());
+    app.set_version_flag("--version", "veltosim " VELTOSIM_VERSION);
+    app.add_option("--address", written.address, "IPv4 address to listen on, port 8913")
+        ->capture_default_str();
+    app.add_option("--standard", written.standard,
+                   "Video standard, which sets how fast positions run: 4K_60p to 525_59_94i")
+        ->capture_default_str();
+    app.add_option("--name", written.name, "Computer name that clients are told")
+        ->capture_default_str();
+    app.add_option("--clip", written.clips,
+                   "One more clip, NAME:LENGTH[:ANGLES], the length in fields; repeatable")
+        ->allow_extra_args(false)
+        ->take_all();
+    app.add_flag("--trace", written.trace,
+                 "Log each message on standard error, with time, client and direction");
+}
+
+Options to_options(const Written& written)
+{
+    return {to_address(written.address), to_standard(written.standard),
+            to_name("--name", written.name), to_clips(written.clips), written.trace};
+}
+
+} // namespace
+
+std::optional<Options> read_options(int argc, const char* const* argv, std::ostream& out,
+                                    std::ostream& err, int& exit_code)
+{
+    CLI::App app(description, "veltosim");
+    Written written;
+    declare(app, written);
+    try {
+        app.parse(argc, argv);
+        return to_options(written);
+    } catch (const CLI::ParseError& problem) {
+        exit_code = app.exit(problem, out, err) == 0 ? exit_ok : exit_bad_option;
+    } catch (const std::invalid_argument& problem) {
+        err << "veltosim: " << problem.what() << '\n';
+        exit_code = exit_bad_option;
+    }
+    return std::nullopt;
+}
+
+} // namespace veltosim

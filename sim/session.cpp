@@ -1,0 +1,137 @@
+#include "sim/session.h"
+
+#include <exception>
+#include <utility>
+
+#include "sim/commands.h"
+#include "sim/refusal.h"
+
+namespace veltosim
+{
+
+namespace
+{
+
+// A client that sends without reading is read no further while this much waits for it.
+constexpr std::size_t most_waiting = 256 * 1024;
+
+} // namespace
+
+Session::Session(asio::ip::tcp::socket connection, std::uint64_t client_number,
+                 Station& served_station, const Log& used_log, Gone gone)
+    : socket(std::move(connection)), number(client_number), station(served_station), log(used_log),
+      on_gone(std::move(gone))
+{
+}
+
+void Session::start()
+{
+    std::error_code ignored;
+    socket.set_option(asio::ip::tcp::no_delay(true), ignored);
+    read();
+}
+
+void Session::close()
+{
+    on_gone = nullptr;
+    std::error_code ignored;
+    socket.close(ignored);
+}
+
+void Session::send(std::string_view message)
+{
+    log.sent(number, message);
+    queued += message;
+    if (sending.empty()) {
+        write();
+    }
+}
+
+void Session::read()
+{
+    socket.async_read_some(
+        asio::buffer(block),
+        [self = shared_from_this()](const std::error_code& error, std::size_t count) {
+            self->on_read(error, count);
+        });
+}
+
+void Session::on_read(const std::error_code& error, std::size_t count)
+{
+    if (error == asio::error::eof) {
+        finish_when_sent();
+        return;
+    }
+    if (error) {
+        leave(error.message());
+        return;
+    }
+    stream.feed({block.data(), count});
+    try {
+        obey_all();
+    } catch (const std::exception& problem) {
+        log.dropped(number, problem.what());
+        finish_when_sent();
+        return;
+    }
+    reading_paused = queued.size() + sending.size() > most_waiting;
+    if (!reading_paused) {
+        read();
+    }
+}
+
+void Session::obey_all()
+{
+    while (const auto command = stream.next()) {
+        log.received(number, *command);
+        const auto now = std::chrono::steady_clock::now();
+        for (const std::string& message : answer(station, registrations, *command, now)) {
+            send(message);
+        }
+    }
+}
+
+void Session::write()
+{
+    sending.swap(queued);
+    asio::async_write(socket, asio::buffer(sending),
+                      [self = shared_from_this()](const std::error_code& error, std::size_t) {
+                          self->on_written(error);
+                      });
+}
+
+void Session::on_written(const std::error_code& error)
+{
+    sending.clear();
+    if (error) {
+        leave(error.message());
+    } else if (!queued.empty()) {
+        write();
+    } else if (finishing) {
+        leave("end of its commands");
+    } else if (reading_paused) {
+        reading_paused = false;
+        read();
+    }
+}
+
+void Session::finish_when_sent()
+{
+    finishing = true;
+    if (sending.empty()) {
+        leave("end of its commands");
+    }
+}
+
+// A lost connection can show at a read and at a write: only the first counts.
+void Session::leave(std::string_view reason)
+{
+    if (on_gone) {
+        log.disconnected(number, reason);
+        const Gone gone = std::move(on_gone);
+        close();
+        gone(number);
+    }
+}
+
+} // namespace veltosim

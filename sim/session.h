@@ -1,0 +1,61 @@
+#pragma once
+
+#include <array>
+#include <cstddef>
+#include <cstdint>
+#include <functional>
+#include <memory>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include <asio.hpp>
+
+#include "sim/command_stream.h"
+#include "sim/log.h"
+#include "sim/station.h"
+
+namespace veltosim
+{
+
+// One connected client: reads its commands, obeys them in their order and sends the replies. It
+// lives as long as an operation of its own is under way.
+class Session : public std::enable_shared_from_this<Session>
+{
+public:
+    using Gone = std::function<void(std::uint64_t number)>;
+
+    Session(asio::ip::tcp::socket connection, std::uint64_t client_number, Station& served_station,
+            const Log& used_log, Gone gone);
+
+    void start();
+    // Ends the connection at once. `gone` is not called.
+    void close();
+    // Queues one message.
+    void send(std::string_view message);
+
+private:
+    void read();
+    void on_read(const std::error_code& error, std::size_t count);
+    void obey_all();
+    void write();
+    void on_written(const std::error_code& error);
+    void finish_when_sent();
+    void leave(std::string_view reason);
+
+    asio::ip::tcp::socket socket;
+    std::uint64_t number;
+    Station& station;
+    const Log& log;
+    Gone on_gone;
+
+    CommandStream stream;
+    Registrations registrations;
+    std::array<char, 4096> block{};
+    std::string queued;  // waits for `sending`
+    std::string sending; // empty when nothing is on its way
+    bool reading_paused = false;
+    bool finishing = false; // no more is read; what is queued still goes out
+};
+
+} // namespace veltosim
