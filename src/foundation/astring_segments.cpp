@@ -18,7 +18,7 @@ struct alignas(64) Shard {
 };
 
 constexpr unsigned shard_bits = 2;
-constexpr unsigned segments_per_shard = 1024; // some 4 MB in all shards
+constexpr unsigned segments_per_shard = 4096; // 4 MB: the texts of the densest message
 
 // Usable before and after all static construction, as strings are.
 constinit std::array<Shard, 1u << shard_bits> shards{};

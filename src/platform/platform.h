@@ -52,6 +52,7 @@ void set_thread_priority(int priority);
 
 std::uint32_t current_thread_id();    // the kernel's; never 0
 void sleep_ms(std::uint32_t time_ms); // the whole time, whatever signals arrive
+void yield_thread();                  // lets whoever else is ready run first
 std::int64_t unix_time_seconds();
 
 // Stream sockets over IPv4. Addresses and ports are in host byte order. `invalid_socket` may be

@@ -8,6 +8,7 @@
 #include <errno.h>
 #include <limits.h>
 #include <pthread.h>
+#include <sched.h>
 #include <signal.h>
 #include <time.h>
 #include <unistd.h>
@@ -99,6 +100,11 @@ void sleep_ms(std::uint32_t time_ms)
     const timespec deadline = monotonic_deadline(time_ms);
     while (clock_nanosleep(CLOCK_MONOTONIC, TIMER_ABSTIME, &deadline, nullptr) == EINTR) {
     }
+}
+
+void yield_thread()
+{
+    sched_yield();
 }
 
 std::int64_t unix_time_seconds()

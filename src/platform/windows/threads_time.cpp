@@ -33,6 +33,11 @@ void sleep_ms(std::uint32_t time_ms)
     Sleep(time_ms);
 }
 
+void yield_thread()
+{
+    Sleep(0);
+}
+
 std::int64_t unix_time_seconds()
 {
     return _time64(nullptr);
