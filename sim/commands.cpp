@@ -19,18 +19,18 @@ namespace
 
 // Fields. ----------------------------------------------------------------------------------------
 
-constexpr FieldSpec text(std::string_view name)
+constexpr FieldRule text(std::string_view name)
 {
     return {.name = name};
 }
 
-constexpr FieldSpec short_text(std::string_view name)
+constexpr FieldRule short_text(std::string_view name)
 {
     return {.name = name, .highest = 4096};
 }
 
 template <class T>
-constexpr FieldSpec number(std::string_view name)
+constexpr FieldRule number(std::string_view name)
 {
     return {.name = name,
             .kind = FieldKind::number,
@@ -38,30 +38,30 @@ constexpr FieldSpec number(std::string_view name)
             .highest = std::numeric_limits<T>::max()};
 }
 
-constexpr FieldSpec word(std::string_view name, Words words)
+constexpr FieldRule word(std::string_view name, Words words)
 {
     return {.name = name, .kind = FieldKind::word, .words = words};
 }
 
-constexpr FieldSpec flag(std::string_view name)
+constexpr FieldRule flag(std::string_view name)
 {
     return {.name = name, .kind = FieldKind::flag, .required = false};
 }
 
-constexpr FieldSpec list_of(std::string_view name, std::span<const FieldSpec> item)
+constexpr FieldRule list_of(std::string_view name, std::span<const FieldRule> item)
 {
     return {.name = name, .kind = FieldKind::list, .parts = item};
 }
 
-constexpr FieldSpec composite(std::string_view name, std::span<const FieldSpec> parts)
+constexpr FieldRule composite(std::string_view name, std::span<const FieldRule> parts)
 {
     return {.name = name, .kind = FieldKind::composite, .parts = parts};
 }
 
-constexpr FieldSpec optional(FieldSpec spec)
+constexpr FieldRule optional(FieldRule rule)
 {
-    spec.required = false;
-    return spec;
+    rule.required = false;
+    return rule;
 }
 
 constexpr auto u8 = number<std::uint8_t>;
@@ -69,23 +69,23 @@ constexpr auto u16 = number<std::uint16_t>;
 constexpr auto u32 = number<std::uint32_t>;
 constexpr auto i32 = number<std::int32_t>;
 
-constexpr FieldSpec channel = word("Channel", channel_words);
+constexpr FieldRule channel = word("Channel", channel_words);
 constexpr std::array channel_set_item{channel};
-constexpr FieldSpec channel_set = list_of("ChannelSet", channel_set_item);
-constexpr FieldSpec speed = {.name = "Speed",
+constexpr FieldRule channel_set = list_of("ChannelSet", channel_set_item);
+constexpr FieldRule speed = {.name = "Speed",
                              .kind = FieldKind::speed,
                              .required = false,
                              .lowest = -fastest,
                              .highest = fastest};
-constexpr FieldSpec edit_mask = {
+constexpr FieldRule edit_mask = {
     .name = "SonyEditMask", .kind = FieldKind::number, .lowest = 0, .highest = 0x3FF};
-constexpr FieldSpec auto_ee = word("AutoEE", bool_words);
-constexpr FieldSpec layer = optional(word("Layer", layer_words));
-constexpr FieldSpec loop = word("Loop", loop_words);
-constexpr FieldSpec min_latency = flag("MinLatency"); // all is done at once here anyway
-constexpr FieldSpec roll = word("Roll", roll_words);
-constexpr FieldSpec transition_type = word("TransitionType", transition_type_words);
-constexpr FieldSpec transition_duration = optional(u32("TransitionDuration"));
+constexpr FieldRule auto_ee = word("AutoEE", bool_words);
+constexpr FieldRule layer = optional(word("Layer", layer_words));
+constexpr FieldRule loop = word("Loop", loop_words);
+constexpr FieldRule min_latency = flag("MinLatency"); // all is done at once here anyway
+constexpr FieldRule roll = word("Roll", roll_words);
+constexpr FieldRule transition_type = word("TransitionType", transition_type_words);
+constexpr FieldRule transition_duration = optional(u32("TransitionDuration"));
 constexpr std::array transition_parts{transition_type, transition_duration};
 
 // Handlers. --------------------------------------------------------------------------------------
@@ -351,9 +351,9 @@ void unwatch_metadata_database(Call& call)
 
 // The table. -------------------------------------------------------------------------------------
 
-std::vector<CommandSpec> make_table()
+std::vector<CommandRule> make_table()
 {
-    std::vector<CommandSpec> table{
+    std::vector<CommandRule> table{
         {"channel_report_register",
          {channel, word("ChannelReportType", channel_report_type_words)},
          channel_report_register},
@@ -440,11 +440,11 @@ std::vector<CommandSpec> make_table()
     return table;
 }
 
-const CommandSpec& find_command(std::string_view name)
+const CommandRule& find_command(std::string_view name)
 {
     const auto all = commands();
     const auto found = std::find_if(all.begin(), all.end(),
-                                    [&](const CommandSpec& spec) { return spec.name == name; });
+                                    [&](const CommandRule& rule) { return rule.name == name; });
     if (found == all.end()) {
         throw Refusal(fmt::format("there is no command {}", quote(name)));
     }
@@ -456,9 +456,9 @@ const CommandSpec& find_command(std::string_view name)
 
 } // namespace
 
-std::span<const CommandSpec> commands()
+std::span<const CommandRule> commands()
 {
-    static const std::vector<CommandSpec> table = make_table();
+    static const std::vector<CommandRule> table = make_table();
     return table;
 }
 
@@ -470,11 +470,11 @@ std::vector<std::string> answer(Station& station, Registrations& registrations,
     std::string refuser = station.name;
     try {
         const pugi::xml_node content = message.content();
-        const CommandSpec& spec = find_command(content.name());
-        refuser += fmt::format(": {}", spec.name);
-        const Fields fields(content, spec.fields);
+        const CommandRule& rule = find_command(content.name());
+        refuser += fmt::format(": {}", rule.name);
+        const Fields fields(content, rule.fields);
         Call call{station, registrations, fields, now, replies};
-        spec.handler(call);
+        rule.handler(call);
         if (replies.empty()) {
             replies.add("ok");
         }

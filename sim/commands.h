@@ -24,13 +24,13 @@ struct Call {
 using Handler = void (*)(Call&);
 
 // One command of the protocol: its name, its fields in their order, and who obeys it.
-struct CommandSpec {
+struct CommandRule {
     std::string_view name;
-    std::vector<FieldSpec> fields;
+    std::vector<FieldRule> fields;
     Handler handler = nullptr; // none: the server knows the command, and refuses it
 };
 
-std::span<const CommandSpec> commands();
+std::span<const CommandRule> commands();
 
 // Obeys or refuses one complete command, and gives the messages that go back. Throws Junk if it is
 // none.

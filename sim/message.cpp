@@ -40,21 +40,21 @@ bool is_element(const pugi::xml_node& node)
     return node.type() == pugi::node_element;
 }
 
-std::string field_names(std::span<const FieldSpec> specs)
+std::string field_names(std::span<const FieldRule> rules)
 {
-    if (specs.empty()) {
+    if (rules.empty()) {
         return "it has no fields";
     }
     std::string names = "its fields are ";
-    for (std::size_t i = 0; i < specs.size(); ++i) {
-        names += fmt::format("{}{}", i == 0 ? "" : ", ", specs[i].name);
+    for (std::size_t i = 0; i < rules.size(); ++i) {
+        names += fmt::format("{}{}", i == 0 ? "" : ", ", rules[i].name);
     }
     return names;
 }
 
-[[noreturn]] void refuse(const FieldSpec& spec, std::string_view value, std::string_view allowed)
+[[noreturn]] void refuse(const FieldRule& rule, std::string_view value, std::string_view allowed)
 {
-    throw Refusal(fmt::format("{} holds {}; allowed is {}", spec.name, quote(value), allowed));
+    throw Refusal(fmt::format("{} holds {}; allowed is {}", rule.name, quote(value), allowed));
 }
 
 std::optional<std::int64_t> to_integer(std::string_view text)
@@ -65,11 +65,11 @@ std::optional<std::int64_t> to_integer(std::string_view text)
     return error == std::errc{} && stop == end ? std::optional(number) : std::nullopt;
 }
 
-std::int64_t read_number(const FieldSpec& spec, std::string_view text)
+std::int64_t read_number(const FieldRule& rule, std::string_view text)
 {
     const auto number = to_integer(text);
-    if (!number || *number < spec.lowest || *number > spec.highest) {
-        refuse(spec, text, fmt::format("a number from {} to {}", spec.lowest, spec.highest));
+    if (!number || *number < rule.lowest || *number > rule.highest) {
+        refuse(rule, text, fmt::format("a number from {} to {}", rule.lowest, rule.highest));
     }
     return *number;
 }
@@ -106,24 +106,24 @@ std::optional<std::int64_t> to_speed(std::string_view text)
     return negative ? -magnitude : magnitude;
 }
 
-std::int64_t read_speed(const FieldSpec& spec, std::string_view text)
+std::int64_t read_speed(const FieldRule& rule, std::string_view text)
 {
     const auto speed = to_speed(text);
-    if (!speed || *speed < spec.lowest || *speed > spec.highest) {
-        refuse(spec, text,
-               fmt::format("a speed such as 1.5X, from {}X to {}X", spec.lowest / 0x10000,
-                           spec.highest / 0x10000));
+    if (!speed || *speed < rule.lowest || *speed > rule.highest) {
+        refuse(rule, text,
+               fmt::format("a speed such as 1.5X, from {}X to {}X", rule.lowest / 0x10000,
+                           rule.highest / 0x10000));
     }
     return *speed;
 }
 
-std::int64_t read_word(const FieldSpec& spec, std::string_view text)
+std::int64_t read_word(const FieldRule& rule, std::string_view text)
 {
-    const auto found = std::find(spec.words.begin(), spec.words.end(), text);
-    if (found == spec.words.end()) {
-        refuse(spec, text, any_of(spec.words));
+    const auto found = std::find(rule.words.begin(), rule.words.end(), text);
+    if (found == rule.words.end()) {
+        refuse(rule, text, any_of(rule.words));
     }
-    return std::distance(spec.words.begin(), found);
+    return std::distance(rule.words.begin(), found);
 }
 
 std::string leaf_text(const pugi::xml_node& element)
@@ -146,16 +146,16 @@ void check_no_text(const pugi::xml_node& element)
     }
 }
 
-FieldValue read_field(const pugi::xml_node& element, const FieldSpec& spec);
+FieldValue read_field(const pugi::xml_node& element, const FieldRule& rule);
 
-std::vector<FieldValue> read_list(const pugi::xml_node& element, const FieldSpec& spec)
+std::vector<FieldValue> read_list(const pugi::xml_node& element, const FieldRule& rule)
 {
     check_no_text(element);
-    const FieldSpec& item = spec.parts.front();
+    const FieldRule& item = rule.parts.front();
     std::vector<FieldValue> items;
     for (const pugi::xml_node& child : element.children()) {
         if (is_element(child) && child.name() != item.name) {
-            throw Refusal(fmt::format("{} holds {}; allowed are elements {}", spec.name,
+            throw Refusal(fmt::format("{} holds {}; allowed are elements {}", rule.name,
                                       quote(child.name()), item.name));
         }
         if (is_element(child)) {
@@ -165,37 +165,37 @@ std::vector<FieldValue> read_list(const pugi::xml_node& element, const FieldSpec
     return items;
 }
 
-FieldValue read_field(const pugi::xml_node& element, const FieldSpec& spec)
+FieldValue read_field(const pugi::xml_node& element, const FieldRule& rule)
 {
     FieldValue value;
-    value.name = spec.name;
-    if (spec.kind == FieldKind::list) {
-        value.items = read_list(element, spec);
+    value.name = rule.name;
+    if (rule.kind == FieldKind::list) {
+        value.items = read_list(element, rule);
         return value;
     }
-    if (spec.kind == FieldKind::composite) {
-        value.parts = Fields(element, spec.parts);
+    if (rule.kind == FieldKind::composite) {
+        value.parts = Fields(element, rule.parts);
         return value;
     }
     value.text = leaf_text(element);
-    switch (spec.kind) {
+    switch (rule.kind) {
     case FieldKind::number:
-        value.number = read_number(spec, value.text);
+        value.number = read_number(rule, value.text);
         break;
     case FieldKind::speed:
-        value.number = read_speed(spec, value.text);
+        value.number = read_speed(rule, value.text);
         break;
     case FieldKind::word:
-        value.number = read_word(spec, value.text);
+        value.number = read_word(rule, value.text);
         break;
     case FieldKind::flag:
         if (!value.text.empty()) {
-            refuse(spec, value.text, "nothing, since it is a flag");
+            refuse(rule, value.text, "nothing, since it is a flag");
         }
         break;
     default:
-        if (static_cast<std::int64_t>(value.text.size()) > spec.highest) {
-            refuse(spec, value.text, fmt::format("a text of {} bytes", spec.highest));
+        if (static_cast<std::int64_t>(value.text.size()) > rule.highest) {
+            refuse(rule, value.text, fmt::format("a text of {} bytes", rule.highest));
         }
     }
     return value;
@@ -254,28 +254,28 @@ pugi::xml_node CommandMessage::content() const
     return content;
 }
 
-Fields::Fields(const pugi::xml_node& element, std::span<const FieldSpec> specs)
+Fields::Fields(const pugi::xml_node& element, std::span<const FieldRule> rules)
 {
     check_no_text(element);
     for (const pugi::xml_node& child : element.children()) {
         if (!is_element(child)) {
             continue;
         }
-        const auto spec = std::find_if(specs.begin(), specs.end(), [&](const FieldSpec& candidate) {
+        const auto rule = std::find_if(rules.begin(), rules.end(), [&](const FieldRule& candidate) {
             return candidate.name == child.name();
         });
-        if (spec == specs.end()) {
+        if (rule == rules.end()) {
             throw Refusal(
-                fmt::format("there is no field {}; {}", quote(child.name()), field_names(specs)));
+                fmt::format("there is no field {}; {}", quote(child.name()), field_names(rules)));
         }
-        if (has(spec->name)) {
-            throw Refusal(fmt::format("{} is given twice", spec->name));
+        if (has(rule->name)) {
+            throw Refusal(fmt::format("{} is given twice", rule->name));
         }
-        values.push_back(read_field(child, *spec));
+        values.push_back(read_field(child, *rule));
     }
-    for (const FieldSpec& spec : specs) {
-        if (spec.required && !has(spec.name)) {
-            throw Refusal(fmt::format("{} is missing", spec.name));
+    for (const FieldRule& rule : rules) {
+        if (rule.required && !has(rule.name)) {
+            throw Refusal(fmt::format("{} is missing", rule.name));
         }
     }
 }

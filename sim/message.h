@@ -48,14 +48,14 @@ enum class FieldKind : std::uint8_t {
 };
 
 // What a field of a command must look like.
-struct FieldSpec {
+struct FieldRule {
     std::string_view name;
     FieldKind kind = FieldKind::text;
     bool required = true;
     std::int64_t lowest = 0;
     std::int64_t highest = std::numeric_limits<std::int64_t>::max();
     Words words{};
-    std::span<const FieldSpec> parts{};
+    std::span<const FieldRule> parts{};
 };
 
 struct FieldValue;
@@ -66,7 +66,7 @@ class Fields
 public:
     Fields() = default;
     // Throws a Refusal if a field is missing, doubled, unknown or bad.
-    Fields(const pugi::xml_node& element, std::span<const FieldSpec> specs);
+    Fields(const pugi::xml_node& element, std::span<const FieldRule> rules);
 
     const FieldValue* find(std::string_view name) const;
     bool has(std::string_view name) const { return find(name) != nullptr; }

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <charconv>
+#include <limits>
 #include <ostream>
 #include <set>
 #include <stdexcept>

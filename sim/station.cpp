@@ -1,6 +1,7 @@
 #include "sim/station.h"
 
 #include <iterator>
+#include <utility>
 
 #include <fmt/format.h>
 

@@ -1,0 +1,261 @@
+#include "sim/server.h"
+
+#include <chrono>
+#include <functional>
+#include <memory>
+#include <random>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include <asio.hpp>
+#include <gtest/gtest.h>
+
+#include "sim/command_stream.h"
+
+namespace veltosim
+{
+
+namespace
+{
+
+using asio::ip::tcp;
+using namespace std::chrono_literals;
+
+// Only a hang lasts so long.
+constexpr auto longest_wait = 30s;
+
+// Server and clients run on the test's own thread, whenever the test waits for something.
+class ServerTest : public testing::Test
+{
+protected:
+    asio::io_context context;
+    Station station{"studio", *find_standard("1080_50i"), ClipStore::with_examples()};
+    Log log{false};
+    asio::ip::address_v4 address;
+    std::unique_ptr<Server> server;
+
+    void SetUp() override
+    {
+        std::random_device seed;
+        std::uniform_int_distribution<asio::ip::address_v4::uint_type> host(0x7F010001, 0x7FFEFFFE);
+        while (!server) {
+            address = asio::ip::address_v4(host(seed));
+            listen();
+        }
+    }
+
+    void listen()
+    {
+        try {
+            server = std::make_unique<Server>(context, address, station, log);
+        } catch (const asio::system_error& problem) {
+            ASSERT_EQ(problem.code(), asio::error::address_in_use);
+        }
+    }
+
+    template <class Condition>
+    void run_until(const Condition& condition)
+    {
+        const auto limit = std::chrono::steady_clock::now() + longest_wait;
+        context.restart();
+        while (!condition()) {
+            ASSERT_LT(std::chrono::steady_clock::now(), limit) << "nothing came";
+            context.run_one_for(1s);
+        }
+    }
+
+    tcp::socket connect()
+    {
+        tcp::socket client(context);
+        client.connect({address, server_port});
+        return client;
+    }
+
+    // What the server sends until `ending` has come, or until it closes the connection.
+    std::string receive(tcp::socket& client, std::string_view ending)
+    {
+        std::string received;
+        std::error_code result;
+        bool done = false;
+        asio::async_read_until(client, asio::dynamic_buffer(received), ending,
+                               [&](const std::error_code& error, std::size_t) {
+                                   result = error;
+                                   done = true;
+                               });
+        run_until([&] { return done; });
+        return result ? received + "(closed)" : received;
+    }
+
+    std::string ask(tcp::socket& client, const std::string& bytes)
+    {
+        asio::write(client, asio::buffer(bytes));
+        return receive(client, "</reply>");
+    }
+};
+
+std::string command(int xid, const std::string& content)
+{
+    return "<cmd>\r\n<xid>" + std::to_string(xid) + "</xid>\r\n" + content + "\r\n</cmd>";
+}
+
+std::string ok(int xid)
+{
+    return "<reply><xid>" + std::to_string(xid) + "</xid><ok/></reply>";
+}
+
+const std::string name_of_studio =
+    "<computername><ComputerName>studio</ComputerName></computername>";
+
+} // namespace
+
+TEST_F(ServerTest, AnswersOverTheSocket)
+{
+    tcp::socket client = connect();
+    EXPECT_EQ(ask(client, command(1, "<get_computer_name />")),
+              "<reply><xid>1</xid>" + name_of_studio + "</reply>");
+}
+
+TEST_F(ServerTest, ManyCommandsInOneBlockAreAnsweredInTheirOrder)
+{
+    tcp::socket client = connect();
+    std::string commands;
+    std::string replies;
+    for (int xid = 1; xid <= 500; ++xid) {
+        commands += command(xid, "<stop><Channel>A</Channel></stop>");
+        replies += ok(xid);
+    }
+    asio::write(client, asio::buffer(commands));
+    EXPECT_EQ(receive(client, ok(500)), replies);
+}
+
+TEST_F(ServerTest, ACommandMayComeByteByByte)
+{
+    tcp::socket client = connect();
+    client.set_option(tcp::no_delay(true));
+    for (const char byte : command(1, "<stop><Channel>A</Channel></stop>")) {
+        asio::write(client, asio::buffer(&byte, 1));
+        context.restart();
+        context.poll();
+    }
+    EXPECT_EQ(receive(client, "</reply>"), ok(1));
+}
+
+TEST_F(ServerTest, ClientsShareTheChannels)
+{
+    tcp::socket first = connect();
+    tcp::socket second = connect();
+    const std::string cue = "<cue_clip><Channel>A</Channel><ClipID>news_open</ClipID></cue_clip>";
+    const std::string play = "<play><Channel>A</Channel></play>";
+    EXPECT_NE(ask(second, command(1, play)).find("nothing loaded"), std::string::npos);
+    EXPECT_EQ(ask(first, command(1, cue)), ok(1));
+    EXPECT_EQ(ask(second, command(2, play)), ok(2));
+}
+
+TEST_F(ServerTest, JunkDropsTheClientAndNoOther)
+{
+    tcp::socket good = connect();
+    for (const std::string& junk :
+         {std::string("GET / HTTP/1.0\r\n\r\n"), std::string("<cmd><xid>1</xid><stop></cmd>"),
+          std::string("<cmd>\xFF</cmd>"), std::string(5000, '\0')}) {
+        tcp::socket bad = connect();
+        asio::write(bad, asio::buffer(junk));
+        EXPECT_EQ(receive(bad, "</reply>"), "(closed)");
+    }
+    EXPECT_EQ(ask(good, command(1, "<stop><Channel>A</Channel></stop>")), ok(1));
+}
+
+TEST_F(ServerTest, ACommandWithoutEndDropsTheClient)
+{
+    tcp::socket client = connect();
+    const std::string endless = "<cmd>" + std::string(2 * CommandStream::largest_command, 'x');
+    bool ended = false;
+    asio::async_write(client, asio::buffer(endless),
+                      [&](const std::error_code&, std::size_t) { ended = true; });
+    EXPECT_EQ(receive(client, "</reply>"), "(closed)");
+    run_until([&] { return ended; });
+}
+
+TEST_F(ServerTest, RepliesStillComeWhenTheClientHasFinishedSending)
+{
+    tcp::socket client = connect();
+    asio::write(client, asio::buffer(command(1, "<stop><Channel>A</Channel></stop>")));
+    client.shutdown(tcp::socket::shutdown_send);
+    EXPECT_EQ(receive(client, "nothing that comes"), ok(1) + "(closed)");
+}
+
+TEST_F(ServerTest, AClientThatDoesNotReadIsNotReadEither)
+{
+    tcp::socket client = connect();
+    constexpr std::size_t commands_a_block = 1000;
+    constexpr std::size_t most_blocks = 2000;
+    std::string block;
+    for (std::size_t i = 0; i < commands_a_block; ++i) {
+        block += command(1, "<stop><Channel>A</Channel></stop>");
+    }
+
+    // How much fits before the server reads no more is the system's matter.
+    std::size_t blocks = 0;
+    bool stalled = false;
+    bool sent = true;
+    context.restart();
+    while (!stalled && blocks < most_blocks) {
+        sent = false;
+        ++blocks;
+        asio::async_write(client, asio::buffer(block),
+                          [&](const std::error_code& error, std::size_t) {
+                              EXPECT_FALSE(error);
+                              sent = true;
+                          });
+        while (!sent && !stalled) {
+            stalled = context.run_one_for(500ms) == 0;
+        }
+    }
+    ASSERT_TRUE(stalled) << "the server reads on";
+
+    // Reading sets all going again.
+    const std::size_t expected = blocks * commands_a_block * ok(1).size();
+    std::size_t received = 0;
+    std::vector<char> replies(65536);
+    std::function<void()> read = [&] {
+        client.async_read_some(asio::buffer(replies),
+                               [&](const std::error_code& error, std::size_t count) {
+                                   ASSERT_FALSE(error);
+                                   received += count;
+                                   if (received < expected) {
+                                       read();
+                                   }
+                               });
+    };
+    read();
+    run_until([&] { return sent && received >= expected; });
+    EXPECT_EQ(received, expected);
+}
+
+TEST_F(ServerTest, StopClosesAllClientsAndTheAddressIsFreeAtOnce)
+{
+    tcp::socket first = connect();
+    tcp::socket second = connect();
+    EXPECT_EQ(ask(first, command(1, "<stop><Channel>A</Channel></stop>")), ok(1));
+    EXPECT_EQ(ask(second, command(1, "<stop><Channel>A</Channel></stop>")), ok(1));
+    server->stop();
+    EXPECT_EQ(receive(first, "</reply>"), "(closed)");
+    EXPECT_EQ(receive(second, "</reply>"), "(closed)");
+    server.reset();
+    listen();
+    ASSERT_TRUE(server);
+    tcp::socket again = connect();
+    EXPECT_EQ(ask(again, command(1, "<stop><Channel>A</Channel></stop>")), ok(1));
+}
+
+TEST_F(ServerTest, ASecondServerAtTheAddressIsRefused)
+{
+    try {
+        Server second(context, address, station, log);
+        FAIL() << "two servers at one address";
+    } catch (const asio::system_error& problem) {
+        EXPECT_EQ(problem.code(), asio::error::address_in_use);
+    }
+}
+
+} // namespace veltosim
