@@ -22,9 +22,12 @@ class AMutexLock
 public:
     AMutexLock() = default;
     explicit AMutexLock(AMutex* mutex);
+    AMutexLock(const AMutexLock& other) : shared(other.share()) {}
+    AMutexLock& operator=(const AMutexLock& other);
+    ~AMutexLock() { clear(); }
 
-    bool is_empty() const { return !hold; }
-    void clear() { hold.clear(); }
+    bool is_empty() const { return sole == nullptr && !shared; }
+    void clear();
 
 private:
     class Hold
@@ -39,5 +42,10 @@ private:
         AMutex* mutex;
     };
 
-    ARef<Hold> hold;
+    const ARef<Hold>& share() const;
+
+    // The counted hold is made by the first copy: most guards are never copied, and they are taken
+    // on every path.
+    mutable AMutex* sole = nullptr;
+    mutable ARef<Hold> shared;
 };
