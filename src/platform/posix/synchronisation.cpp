@@ -1,9 +1,13 @@
 #include "platform/platform.h"
 #include "platform/posix/monotonic.h"
 
+#include <atomic>
 #include <new>
 
+#include <errno.h>
+#include <limits.h>
 #include <pthread.h>
+#include <semaphore.h>
 
 namespace platform
 {
@@ -12,12 +16,12 @@ struct Mutex {
     pthread_mutex_t native;
 };
 
+// `available` keeps the maximum, which the system's semaphore does not know; it follows the counts
+// that waiters can have and those that they are just taking.
 struct Semaphore {
-    pthread_mutex_t lock;
-    pthread_cond_t counted;
-    std::uint32_t count;
+    sem_t native;
+    std::atomic<std::uint32_t> available;
     std::uint32_t maximum;
-    std::uint32_t waiters;
 };
 
 Mutex* create_mutex()
@@ -46,9 +50,20 @@ void destroy_mutex(Mutex* mutex)
     }
 }
 
+// What the library holds a mutex for is mostly over in less time than going to sleep takes, so it
+// is tried a few times first.
 WaitResult lock_mutex(Mutex* mutex)
 {
-    const bool locked = mutex != nullptr && pthread_mutex_lock(&mutex->native) == 0;
+    constexpr int tries = 50;
+    if (mutex == nullptr) {
+        return WaitResult::failed;
+    }
+    for (int i = 0; i < tries; ++i) {
+        if (pthread_mutex_trylock(&mutex->native) == 0) {
+            return WaitResult::signalled;
+        }
+    }
+    const bool locked = pthread_mutex_lock(&mutex->native) == 0;
     return locked ? WaitResult::signalled : WaitResult::failed;
 }
 
@@ -59,45 +74,23 @@ void unlock_mutex(Mutex* mutex)
     }
 }
 
-namespace
-{
-
-bool init_monotonic(pthread_cond_t& condition)
-{
-    pthread_condattr_t attributes;
-    pthread_condattr_init(&attributes);
-    pthread_condattr_setclock(&attributes, CLOCK_MONOTONIC);
-    const int error = pthread_cond_init(&condition, &attributes);
-    pthread_condattr_destroy(&attributes);
-    return error == 0;
-}
-
-} // namespace
-
 Semaphore* create_semaphore(std::uint32_t initial, std::uint32_t maximum)
 {
-    if (maximum == 0 || maximum > 0x7FFFFFFFu || initial > maximum) {
+    if (maximum == 0 || maximum > SEM_VALUE_MAX || initial > maximum) {
         return nullptr;
     }
-    auto* semaphore = new (std::nothrow) Semaphore{};
-    if (semaphore == nullptr) {
-        return nullptr;
-    }
-    if (!init_monotonic(semaphore->counted)) {
+    auto* semaphore = new (std::nothrow) Semaphore{{}, initial, maximum};
+    if (semaphore != nullptr && sem_init(&semaphore->native, 0, initial) != 0) {
         delete semaphore;
         return nullptr;
     }
-    pthread_mutex_init(&semaphore->lock, nullptr);
-    semaphore->count = initial;
-    semaphore->maximum = maximum;
     return semaphore;
 }
 
 void destroy_semaphore(Semaphore* semaphore)
 {
     if (semaphore != nullptr) {
-        pthread_cond_destroy(&semaphore->counted);
-        pthread_mutex_destroy(&semaphore->lock);
+        sem_destroy(&semaphore->native);
         delete semaphore;
     }
 }
@@ -105,22 +98,28 @@ void destroy_semaphore(Semaphore* semaphore)
 namespace
 {
 
-// Locks: semaphore.lock. True when there is a count, false when the time ran out first.
-bool await_count(Semaphore& semaphore, std::uint32_t time_ms)
+// Calls `wait` until it says something else than that a signal has come between.
+template <typename Wait>
+bool wait_through_signals(Wait wait)
 {
+    int result = 0;
+    do {
+        result = wait();
+    } while (result != 0 && errno == EINTR);
+    return result == 0;
+}
+
+bool take_count(sem_t& native, std::uint32_t time_ms)
+{
+    if (time_ms == 0) {
+        return wait_through_signals([&native] { return sem_trywait(&native); });
+    }
     if (time_ms == infinite) {
-        while (semaphore.count == 0) {
-            pthread_cond_wait(&semaphore.counted, &semaphore.lock);
-        }
-        return true;
+        return wait_through_signals([&native] { return sem_wait(&native); });
     }
     const timespec deadline = monotonic_deadline(time_ms);
-    while (semaphore.count == 0) {
-        if (pthread_cond_timedwait(&semaphore.counted, &semaphore.lock, &deadline) != 0) {
-            return semaphore.count != 0;
-        }
-    }
-    return true;
+    return wait_through_signals(
+        [&native, &deadline] { return sem_clockwait(&native, CLOCK_MONOTONIC, &deadline); });
 }
 
 } // namespace
@@ -130,36 +129,27 @@ WaitResult wait_semaphore(Semaphore* semaphore, std::uint32_t time_ms)
     if (semaphore == nullptr) {
         return WaitResult::failed;
     }
-    pthread_mutex_lock(&semaphore->lock);
-    bool counted = semaphore->count != 0;
-    if (!counted && time_ms != 0) {
-        ++semaphore->waiters;
-        counted = await_count(*semaphore, time_ms);
-        --semaphore->waiters;
+    if (!take_count(semaphore->native, time_ms)) {
+        return WaitResult::timed_out;
     }
-    if (counted) {
-        --semaphore->count;
-    }
-    pthread_mutex_unlock(&semaphore->lock);
-    return counted ? WaitResult::signalled : WaitResult::timed_out;
+    --semaphore->available;
+    return WaitResult::signalled;
 }
 
+// The post is the last that touches the semaphore: a woken waiter may destroy it.
 ReleaseResult release_semaphore(Semaphore* semaphore)
 {
     if (semaphore == nullptr) {
         return ReleaseResult::failed;
     }
-    pthread_mutex_lock(&semaphore->lock);
-    const bool room = semaphore->count < semaphore->maximum;
-    if (room) {
-        ++semaphore->count;
-        // Under the lock, since a woken waiter may destroy the semaphore as soon as it has that.
-        if (semaphore->waiters != 0) {
-            pthread_cond_signal(&semaphore->counted);
+    std::uint32_t available = semaphore->available;
+    do {
+        if (available >= semaphore->maximum) {
+            return ReleaseResult::too_many_posts;
         }
-    }
-    pthread_mutex_unlock(&semaphore->lock);
-    return room ? ReleaseResult::released : ReleaseResult::too_many_posts;
+    } while (!semaphore->available.compare_exchange_weak(available, available + 1));
+    sem_post(&semaphore->native);
+    return ReleaseResult::released;
 }
 
 } // namespace platform

@@ -92,7 +92,8 @@ void set_thread_priority(int)
 
 std::uint32_t current_thread_id()
 {
-    return static_cast<std::uint32_t>(gettid());
+    static thread_local const auto id = static_cast<std::uint32_t>(gettid());
+    return id;
 }
 
 void sleep_ms(std::uint32_t time_ms)
