@@ -37,6 +37,11 @@ constexpr auto rate_rows = rows_from<5>(0);
 constexpr auto resolution_rows = rows_from<4>(2);
 constexpr auto standard_rows = rows_from<10>(17);
 
+// nochannel, idle, cueing, stop, play, record, insert, testpattern, timedelay. That a time delay
+// reads like no channel is wanted.
+constexpr std::array<Row, word_count<ChannelStatus>> channel_status_rows{
+    {{0, 0}, {1, 1}, {2, 2}, {1, 3}, {3, 4}, {4, 5}, {4, 6}, {1, 7}, {0, 8}}};
+
 std::int32_t to_wire_value(std::span<const Row> rows, std::uint32_t exported)
 {
     for (const Row& row : rows) {
@@ -108,6 +113,11 @@ std::uint32_t standard_from_wire(VideoStandard standard)
 DropFrameFlag stripe_to_wire(std::uint32_t value)
 {
     return DropFrameFlag{to_wire_value(stripe_rows, value)};
+}
+
+std::uint32_t channel_status_from_wire(ChannelStatus status)
+{
+    return from_wire_value(channel_status_rows, status);
 }
 
 FollowSpeed follow_to_wire(std::uint32_t follow)

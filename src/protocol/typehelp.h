@@ -18,6 +18,9 @@ std::uint32_t resolution_from_wire(ZAVL3::VideoResolution resolution);
 std::uint32_t standard_from_wire(ZAVL3::VideoStandard standard);
 ZAVL3::DropFrameFlag stripe_to_wire(std::uint32_t value);
 
+// Nine states become five: 0 no channel or a time delay, 1 idle, 2 cueing, 3 play, 4 record.
+std::uint32_t channel_status_from_wire(ZAVL3::ChannelStatus status);
+
 // These report a number outside and give the value 0.
 ZAVL3::FollowSpeed follow_to_wire(std::uint32_t follow);
 ZAVL3::TransitionType transition_to_wire(std::uint32_t transition);

@@ -5,29 +5,37 @@ namespace ZAVL3
 
 struct APIParser::Kind {
     const char* tag;
-    void (APIParser::*receive)(const XMLTree& content, const AString& xid);
+    void (APIParser::*receive)(XMLTree& content, const AString& xid);
 };
 
+template <typename Message>
+bool APIParser::read_fields(Message& message, XMLTree& content, const AString& xid)
+{
+    AString error;
+    const bool good = message.read_message(content, &error);
+    if (!good) {
+        record_failure(xid, error);
+    }
+    content = XMLTree();
+    return good;
+}
+
 template <typename Message, void (APIParser::*Operation)(const AString&, const Message&)>
-void APIParser::receive_reply(const XMLTree& content, const AString& xid)
+void APIParser::receive_reply(XMLTree& content, const AString& xid)
 {
     Message message;
-    AString error;
-    if (!message.read_message(content, &error)) {
-        return record_failure(xid, error);
+    if (read_fields(message, content, xid)) {
+        (this->*Operation)(xid, message);
     }
-    (this->*Operation)(xid, message);
 }
 
 template <typename Message, void (APIParser::*Operation)(const Message&)>
-void APIParser::receive_report(const XMLTree& content, const AString& xid)
+void APIParser::receive_report(XMLTree& content, const AString& xid)
 {
     Message message;
-    AString error;
-    if (!message.read_message(content, &error)) {
-        return record_failure(xid, error);
+    if (read_fields(message, content, xid)) {
+        (this->*Operation)(message);
     }
-    (this->*Operation)(message);
 }
 
 constinit const APIParser::Kind APIParser::kinds[message_kind_count] = {
@@ -56,7 +64,7 @@ EnumString make_name_table(const Kind* kinds, std::int32_t first, std::int32_t e
 
 } // namespace
 
-void APIParser::dispatch_message(const XMLTree& tree)
+void APIParser::dispatch_message(XMLTree tree)
 {
     message_tap(tree);
     message_ok = true;
@@ -76,27 +84,27 @@ void APIParser::dispatch_message(const XMLTree& tree)
     }
 
     const EnumString& names = is_reply ? *reply_names : *report_names;
-    const XMLTree* content = nullptr;
+    XMLTree content;
     std::int32_t kind = names.invalid_value;
-    const auto* entry = tree.get_children().get_readable().head.get();
-    for (; entry != nullptr; entry = entry->next.get()) {
+    for (const auto* entry = tree.first_child(); entry != nullptr; entry = entry->next.get()) {
         const std::int32_t found = names.from_string(entry->value.get_name());
         if (found == names.invalid_value) {
             continue;
         }
-        if (content != nullptr) {
+        if (!content.is_null) {
             return record_failure(xid, "XML Message contains multiple commands");
         }
-        content = &entry->value;
+        content = entry->value;
         kind = found;
     }
-    if (content == nullptr) {
+    if (content.is_null) {
         return record_failure(xid, "XML Message contains no commands");
     }
-    dispatch_kind(kind, *content, xid);
+    tree = XMLTree();
+    dispatch_kind(kind, std::move(content), xid);
 }
 
-void APIParser::dispatch_kind(std::int32_t kind, const XMLTree& content, const AString& xid)
+void APIParser::dispatch_kind(std::int32_t kind, XMLTree content, const AString& xid)
 {
     if (kind < 0 || kind >= message_kind_count) {
         record_failure(xid, "Internal software error");

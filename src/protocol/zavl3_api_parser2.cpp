@@ -47,11 +47,11 @@ bool APIParser2::dispatch_complete_messages()
             stream_broken = true;
             return false;
         }
-        const XMLTree message = stream_parser.next_element();
+        XMLTree message = stream_parser.next_element();
         if (message.is_null) {
             return true;
         }
-        dispatch_message(message);
+        dispatch_message(std::move(message));
     } while (!stream_idle);
     return true;
 }

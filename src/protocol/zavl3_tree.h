@@ -133,8 +133,7 @@ struct Composite {
 template <typename Visit>
 bool for_each_child(const XMLTree& element, const AString& name, Visit visit)
 {
-    const auto* entry = element.get_children().get_readable().head.get();
-    for (; entry != nullptr; entry = entry->next.get()) {
+    for (const auto* entry = element.first_child(); entry != nullptr; entry = entry->next.get()) {
         if (entry->value.get_name() == name && !visit(entry->value)) {
             return false;
         }

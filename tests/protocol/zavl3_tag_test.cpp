@@ -1,0 +1,69 @@
+#include "protocol/zavl3_tag.h"
+
+#include "protocol/zavl3_commands.h"
+#include "xml/xml_parse.h"
+
+#include <string>
+#include <vector>
+
+#include <gtest/gtest.h>
+
+namespace
+{
+
+using namespace ZAVL3;
+
+AString known_of(const std::vector<AChar>& characters)
+{
+    AString name("unknown");
+    find_known_name(characters.data(), characters.size(), &name);
+    return name;
+}
+
+AString known(const std::string& text)
+{
+    return known_of(std::vector<AChar>(text.begin(), text.end()));
+}
+
+TEST(Tag, IsTheSameStringAtEveryUse)
+{
+    EXPECT_EQ(tag<"ClipID">().to_utf8(), "ClipID");
+    EXPECT_EQ(&tag<"ClipID">(), &tag<"ClipID">());
+    EXPECT_EQ(tag<"xid">().to_utf8(), "xid");
+}
+
+TEST(Tag, IsFoundByItsCharacters)
+{
+    for (const AString* name :
+         {&tag<"reply">(), &tag<"ClipID">(), &tag<"MeltFlagInhibitTimecodeNumbering">(),
+          &command::vclip_modification_start::name()}) {
+        EXPECT_EQ(known(name->to_utf8()).storage.get(), name->storage.get());
+    }
+}
+
+TEST(Tag, LeavesTheNameAloneWhenItIsNotKnown)
+{
+    for (const char* text : {"", "clipid", "ClipI", "ClipIDs", "never_heard_of"}) {
+        EXPECT_EQ(known(std::string(text)).to_utf8(), "unknown") << text;
+    }
+    EXPECT_EQ(known_of(std::vector<AChar>(64, 'a')).to_utf8(), "unknown");
+    EXPECT_EQ(known_of(std::vector<AChar>(65, 'a')).to_utf8(), "unknown");
+    EXPECT_EQ(known_of(std::vector<AChar>(100000, 'a')).to_utf8(), "unknown");
+}
+
+TEST(Tag, IsNotFoundByCharactersThatOnlyEndInItsBytes)
+{
+    EXPECT_EQ(known_of({'K', 'e', 0x100 + 'y'}).to_utf8(), "unknown");
+    EXPECT_EQ(known_of({'K', 'e', 0xF9}).to_utf8(), "unknown");
+    EXPECT_EQ(known_of({0xFFFFFFFF, 'e', 'y'}).to_utf8(), "unknown");
+    EXPECT_EQ(known_of({'K', 'e', 'y'}).to_utf8(), "Key");
+}
+
+TEST(Tag, SharesItsStringWithTheNamesOfParsedElements)
+{
+    const AString text("<ClipID>a</ClipID>");
+    const XMLTree tree = XMLTreeBuilder::parse(text, nullptr, XMLNameSource(&find_known_name));
+    EXPECT_EQ(tree.get_name().storage.get(), tag<"ClipID">().storage.get());
+}
+
+} // namespace
