@@ -25,21 +25,22 @@
  *    appended.
  *
  * 5. Last error. Each call that returns a VeltoResult leaves a text for the calling thread, "OK"
- *    after a success, which velto_get_last_error copies. The text belongs to the thread, not to the
- *    connection: threads that share a handle each see their own. Each code but VELTO_RESULT_FAILED
- *    has one text, named with the code. Functions that return no VeltoResult leave the text as it
- *    was. Some functions leave "OK" when they fail, and say so: look at the result first.
+ *    after a success, which velto_get_last_error copies; only velto_get_notification leaves the one
+ *    before in place when it succeeds. The text belongs to the thread, not to the connection:
+ *    threads that share a handle each see their own. Each code but VELTO_RESULT_FAILED has one
+ *    text, named with the code. Functions that return no VeltoResult leave the text as it was. Some
+ *    functions leave "OK" when they fail, and say so: look at the result first.
  *
  * 6. Threads. Any function may be called from any thread at any time, also on one handle from
  *    several threads at once: their commands do not wait for each other, apart from the moment of
  *    writing. The library never calls into the application. velto_close is safe while other threads
  *    are in calls on the handle; these calls finish as if it were open.
  *
- * 7. Blocked calls. There is no time limit. A call that waits for the server returns when the reply
- *    arrives or the link is lost, whichever is first, and fails at once while the link is down. A
- *    server that keeps the link up and never answers blocks the caller for ever; velto_close on
- *    another thread does not end such a call. The library restores a lost link by itself and
- *    repeats no command.
+ * 7. Blocked calls. There is no time limit but where a function tells of one. A call that waits for
+ *    the server returns when the reply arrives or the link is lost, whichever is first, and fails
+ *    at once while the link is down. A server that keeps the link up and never answers blocks the
+ *    caller for ever; velto_close on another thread does not end such a call. The library restores
+ *    a lost link by itself and repeats no command.
  *
  * 8. Arguments. Numbers are not checked: what an argument does outside its range stands with it,
  *    one without a range is sent unchanged, and whether a clip, a channel or a position exists is
@@ -59,6 +60,22 @@
  *     (text "OK"). VELTO_RESULT_INVALID_HANDLE: the handle is unknown. So only the result tells of
  *     a failure, not the text. The output is written on success only. It waits for the reply
  *     (rule 7), whatever velto_synchronous has chosen.
+ *
+ * 11. Getters. A getter gives what the server has last reported of a channel. The reports come by
+ *     themselves once they have been asked for, so that a channel may be read at any rate without
+ *     traffic; see velto_get_notification for following one without polling. VELTO_RESULT_OK:
+ *     given. VELTO_RESULT_FAILED: the channel is not tracked (text "OK"), or refused, or the link
+ *     is down or was lost at the first call (text "OK"), or no report came in time (text "OK").
+ *     VELTO_RESULT_INVALID_HANDLE: the handle is unknown. So only the result tells of a failure,
+ *     not the text; the next call tries again. What the server has left out of a channel's
+ *     information is given as 0. Only the first VELTO_TRACKED_CHANNELS channels can be read, though
+ *     the others can be driven. An output may be null only where that is said. The output is
+ *     written on success only. The first call for a kind of report on a channel asks the server for
+ *     it, whatever velto_synchronous has chosen, and waits for the reply (rule 7) and then for the
+ *     first report, 5 to 6 seconds at most and keeping a processor busy. Of one kind are clip
+ *     length, repeat, angle, EE and pre-cues; status, clip, position and speed are one each. Once a
+ *     call has succeeded, later ones never wait: they give the last value, however old, also while
+ *     the link is down.
  */
 
 #ifndef VELTO_VELTO_H
@@ -142,7 +159,7 @@ enum VeltoChannel {
     VELTO_CHANNEL_E = 4,
     VELTO_CHANNEL_F = 5,
     VELTO_CHANNEL_G = 6,
-    VELTO_CHANNEL_H = 7, /**< The last one that a channel mask can name. */
+    VELTO_CHANNEL_H = 7, /**< The last one that is tracked, or in a mask. */
     VELTO_CHANNEL_I = 8,
     VELTO_CHANNEL_J = 9,
     VELTO_CHANNEL_K = 10,
@@ -178,6 +195,35 @@ enum VeltoVideoResolution {
     VELTO_VIDEO_RESOLUTION_720P = 1,
     VELTO_VIDEO_RESOLUTION_625I = 2,
     VELTO_VIDEO_RESOLUTION_525I = 3,
+};
+
+/** What a channel does, as velto_channel_status gives it. */
+enum VeltoChannelStatus {
+    VELTO_CHANNEL_STATUS_NONE = 0,    /**< Also time delay, and all not listed. */
+    VELTO_CHANNEL_STATUS_STOPPED = 1, /**< Also idle and test pattern. */
+    VELTO_CHANNEL_STATUS_CUEING = 2,
+    VELTO_CHANNEL_STATUS_PLAY = 3,
+    VELTO_CHANNEL_STATUS_RECORD = 4, /**< Also insert. */
+};
+
+/** Whether a list is on a channel. */
+enum VeltoListLoaded {
+    VELTO_LIST_NOT_LOADED = 0,
+    VELTO_LIST_LOADED = 1,
+};
+
+/** What of a channel has changed, as velto_get_notification gives it. */
+enum VeltoNotice {
+    VELTO_NOTICE_NONE = 0,          /**< Nothing, in the time given. */
+    VELTO_NOTICE_CLIP = 1,          /**< velto_channel_clip. */
+    VELTO_NOTICE_INFORMATION_2 = 2, /**< With 4, 6, 8 and 9. */
+    VELTO_NOTICE_POSITION = 3,      /**< velto_channel_position. */
+    VELTO_NOTICE_INFORMATION_4 = 4, /**< As 2. */
+    VELTO_NOTICE_STATUS = 5,        /**< velto_channel_status. */
+    VELTO_NOTICE_INFORMATION_6 = 6, /**< As 2. */
+    VELTO_NOTICE_SPEED = 7,         /**< velto_channel_speed. */
+    VELTO_NOTICE_INFORMATION_8 = 8, /**< As 2. */
+    VELTO_NOTICE_INFORMATION_9 = 9, /**< As 2. */
 };
 
 /** How a channel is asked to carry a command out. */
@@ -238,6 +284,9 @@ enum VeltoMonitor {
 
 /** The bit of a channel in a channel mask, VELTO_CHANNEL_A to VELTO_CHANNEL_H. */
 #define VELTO_CHANNEL_BIT(channel) (UINT32_C(1) << (channel))
+
+/** The channels that can be read, VELTO_CHANNEL_A to VELTO_CHANNEL_H. */
+#define VELTO_TRACKED_CHANNELS 8
 
 /** Normal forward play. */
 #define VELTO_SPEED_NORMAL 1.0
@@ -361,6 +410,161 @@ VELTO_API VeltoResult velto_video_frequency(VeltoHandle handle, uint32_t* freque
  * @return 0, 2 or 3 of VeltoResultCode, as any question (rule 10).
  */
 VELTO_API VeltoResult velto_video_resolution(VeltoHandle handle, uint32_t* resolution);
+
+/* ---- Channel state --------------------------------------------------------------------------- */
+
+/**
+ * Gives what a channel does.
+ *
+ * @param handle       Connection.
+ * @param channel      Channel, a VeltoChannel; any but A to H fails.
+ * @param[out] status  Receives the state, a VeltoChannelStatus.
+ * @return 0, 2 or 3 of VeltoResultCode, as any getter (rule 11).
+ */
+VELTO_API VeltoResult velto_channel_status(VeltoHandle handle, uint32_t channel, uint32_t* status);
+
+/**
+ * Gives the clip that is loaded on a channel.
+ *
+ * @param handle     Connection.
+ * @param channel    Channel, a VeltoChannel; any but A to H fails.
+ * @param[out] clip  Receives its name.
+ * @return 0, 2 or 3 of VeltoResultCode, as any getter (rule 11).
+ */
+VELTO_API VeltoResult velto_channel_clip(VeltoHandle handle, uint32_t channel,
+                                         VeltoTextBuffer clip);
+
+/**
+ * Gives the length of the clip on a channel.
+ *
+ * @param handle       Connection.
+ * @param channel      Channel, a VeltoChannel; any but A to H fails.
+ * @param[out] length  Receives the length, in fields.
+ * @return 0, 2 or 3 of VeltoResultCode, as any getter (rule 11).
+ */
+VELTO_API VeltoResult velto_channel_clip_length(VeltoHandle handle, uint32_t channel,
+                                                uint32_t* length);
+
+/**
+ * Gives the position of a channel in its clip.
+ *
+ * @param handle         Connection.
+ * @param channel        Channel, a VeltoChannel; any but A to H fails.
+ * @param[out] position  Receives the position, in fields.
+ * @return 0, 2 or 3 of VeltoResultCode, as any getter (rule 11).
+ */
+VELTO_API VeltoResult velto_channel_position(VeltoHandle handle, uint32_t channel,
+                                             uint32_t* position);
+
+/**
+ * Gives the speed of a channel; a negative one is backwards.
+ *
+ * @param handle      Connection.
+ * @param channel     Channel, a VeltoChannel; any but A to H fails.
+ * @param[out] speed  Receives it, in times normal play.
+ * @return 0, 2 or 3 of VeltoResultCode, as any getter (rule 11).
+ */
+VELTO_API VeltoResult velto_channel_speed(VeltoHandle handle, uint32_t channel, double* speed);
+
+/**
+ * Gives how the clip on a channel repeats.
+ *
+ * @param handle       Connection.
+ * @param channel      Channel, a VeltoChannel; any but A to H fails.
+ * @param[out] repeat  Receives the repeat mode, a VeltoRepeat; 0 if none of these.
+ * @return 0, 2 or 3 of VeltoResultCode, as any getter (rule 11).
+ */
+VELTO_API VeltoResult velto_channel_repeat(VeltoHandle handle, uint32_t channel, uint32_t* repeat);
+
+/**
+ * Gives the camera angle that a channel shows, and how many its clip has.
+ * Either output may be null.
+ *
+ * @param handle      Connection.
+ * @param channel     Channel, a VeltoChannel; any but A to H fails.
+ * @param[out] angle  Receives the angle.
+ * @param[out] count  Receives the number; 1 if the server has left it out.
+ * @return 0, 2 or 3 of VeltoResultCode, as any getter (rule 11).
+ */
+VELTO_API VeltoResult velto_channel_angle(VeltoHandle handle, uint32_t channel, uint32_t* angle,
+                                          uint32_t* count);
+
+/**
+ * Gives which tracks of a channel monitor their input, and who chooses that.
+ * Either output may be null.
+ *
+ * @param handle       Connection.
+ * @param channel      Channel, a VeltoChannel; any but A to H fails.
+ * @param[out] bits    Receives them, VeltoEditBits combined.
+ * @param[out] manual  Receives who, a VeltoMonitor.
+ * @return 0, 2 or 3 of VeltoResultCode, as any getter (rule 11).
+ */
+VELTO_API VeltoResult velto_channel_ee(VeltoHandle handle, uint32_t channel, uint32_t* bits,
+                                       uint32_t* manual);
+
+/**
+ * Gives how many clips are pre-cued on a channel.
+ *
+ * @param handle      Connection.
+ * @param channel     Channel, a VeltoChannel; any but A to H fails.
+ * @param[out] count  Receives the number.
+ * @return 0, 2 or 3 of VeltoResultCode, as any getter (rule 11).
+ */
+VELTO_API VeltoResult velto_channel_precue_count(VeltoHandle handle, uint32_t channel,
+                                                 uint32_t* count);
+
+/**
+ * Would give the number of elements of the list on a channel, but always fails.
+ * The output may be null. Asks the server on every call and waits for the reply (rule 7), and then
+ * in vain for a report: 5 to 6 seconds, keeping a processor busy. A channel that is not tracked, a
+ * refusal and a link that is down end it sooner. The output is never written.
+ *
+ * @param handle      Connection.
+ * @param channel     Channel, a VeltoChannel; any but A to H fails.
+ * @param[out] count  Would receive the number.
+ * @return VELTO_RESULT_FAILED: always, with a known handle (text "OK").
+ *     VELTO_RESULT_INVALID_HANDLE: the handle is unknown.
+ */
+VELTO_API VeltoResult velto_playlist_count(VeltoHandle handle, uint32_t channel, uint32_t* count);
+
+/**
+ * Would give whether a list is on a channel, but always fails.
+ * The output may be null. Asks the server on every call and waits for the reply (rule 7), and then
+ * in vain for a report: 5 to 6 seconds, keeping a processor busy. A channel that is not tracked, a
+ * refusal and a link that is down end it sooner. The output is never written.
+ *
+ * @param handle       Connection.
+ * @param channel      Channel, a VeltoChannel; any but A to H fails.
+ * @param[out] loaded  Would receive whether there is one, a VeltoListLoaded.
+ * @return VELTO_RESULT_FAILED: always, with a known handle (text "OK").
+ *     VELTO_RESULT_INVALID_HANDLE: the handle is unknown.
+ */
+VELTO_API VeltoResult velto_playlist_status(VeltoHandle handle, uint32_t channel, uint32_t* loaded);
+
+/* ---- Notices --------------------------------------------------------------------------------- */
+
+/**
+ * Takes the oldest notice that something of some channel has changed, or waits for one.
+ * Either output may be null; the notice is taken all the same. A notice carries no value: read it
+ * with the getter. The server reports only what a getter has asked for, so call each getter once on
+ * each channel to be followed; their first reports are the first notices. Kinds 2, 4, 6, 8 and 9
+ * rise together, in this order, with every report of a channel's information (clip length, repeat,
+ * angle, EE, pre-cues), and mean the same. Each kind is pending at most once on each channel,
+ * however fast it changes, and keeps its place. The queue belongs to the connection and outlasts
+ * the loss of the link, of which it does not tell, nor of lists. Each notice goes to one caller
+ * only. On success the last-error text stays as it was. Waits timeout_ms at most; velto_close on
+ * another thread does not end the wait. With an unknown handle the outputs are not written.
+ *
+ * @param handle        Connection.
+ * @param timeout_ms    The longest wait, in milliseconds; 0 only looks, and no number means for
+ *     ever.
+ * @param[out] kind     Receives what has changed, a VeltoNotice.
+ * @param[out] channel  Receives which, a VeltoChannel; 0 without a notice.
+ * @return VELTO_RESULT_OK: whether or not there was a notice. VELTO_RESULT_INVALID_HANDLE: the
+ *     handle is unknown.
+ */
+VELTO_API VeltoResult velto_get_notification(VeltoHandle handle, uint32_t timeout_ms,
+                                             uint32_t* kind, uint32_t* channel);
 
 /* ---- Play and stop --------------------------------------------------------------------------- */
 

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "connection/channel_state.h"
+#include "connection/notify.h"
 #include "connection/result.h"
 #include "connection/velto_callbacks.h"
 #include "protocol/zavl3_client_win32.h"
@@ -12,9 +14,32 @@
 class VeltoConnObject : public ZAVL3::Client
 {
 public:
-    VeltoConnObject() = default;
+    VeltoConnObject();
     ~VeltoConnObject() override;
 
+    void on_report_channel_status(const ZAVL3::report::channel_status& report) override;
+    void on_report_channel_clipid(const ZAVL3::report::channel_clipid& report) override;
+    void on_report_channel_speed(const ZAVL3::report::channel_speed& report) override;
+    void on_report_channel_timecode(const ZAVL3::report::channel_timecode& report) override;
+    void on_report_channel_info(const ZAVL3::report::channel_info& report) override;
+
+#define VELTO_LIST_PLAY_REPORTS(REPORT)                                                            \
+    REPORT(channel_listplay_list)                                                                  \
+    REPORT(channel_listplay_unloaded)                                                              \
+    REPORT(channel_listplay_item_exists)                                                           \
+    REPORT(channel_listplay_item_insert)                                                           \
+    REPORT(channel_listplay_item_remove)                                                           \
+    REPORT(channel_listplay_clear_all)                                                             \
+    REPORT(channel_listplay_air_now)                                                               \
+    REPORT(channel_listplay_air_lock)                                                              \
+    REPORT(channel_listplay_air_next)                                                              \
+    REPORT(channel_listplay_loop)
+#define VELTO_LIST_PLAY_OPERATION(name)                                                            \
+    void on_report_##name(const ZAVL3::report::name& report) override;
+    VELTO_LIST_PLAY_REPORTS(VELTO_LIST_PLAY_OPERATION)
+#undef VELTO_LIST_PLAY_OPERATION
+
+    // Repeats what the server has to know of this client: the registrations.
     void on_connection_up() override;
 
     // Sends a command that is answered with a plain ok; waits for the reply unless `asynchronous`
@@ -23,12 +48,18 @@ public:
     static VeltoResult plain_command(ARef<VeltoConnObject> connection,
                                      const FieldArguments&... arguments)
     {
-        const CBHolder<CBOkObject> callback = make_ok_callback(connection);
         Command command;
         (arguments.fill(command), ...);
-        connection->issue(command, {callback.delegate<&CBOkObject::ok_delegate>(),
-                                    callback.delegate<&CBOkObject::error_delegate>()});
-        return callback.outcome();
+        return complete(connection, command, make_ok_callback(connection));
+    }
+
+    // The same, but waits in any case.
+    template <typename Command>
+    static VeltoResult waiting_command(const ARef<VeltoConnObject>& connection,
+                                       const Command& command)
+    {
+        return complete(connection, command,
+                        CBHolder<CBOkObject>(connection, CBBaseObject::Waiting::waits));
     }
 
     static VeltoResult server_name(ARef<VeltoConnObject> connection, VeltoTextBuffer buffer);
@@ -39,6 +70,33 @@ public:
     // Waits, looking once a millisecond, until no completion object is alive.
     static void sync(ARef<VeltoConnObject> connection);
 
+    // Reads a cached item: the first call registers it and waits for its first report, which can
+    // take up to 6 seconds; later ones are local. `read` gets the value, under its lock.
+    template <typename Value, typename Read>
+    static VeltoResult read_channel(ARef<VeltoConnObject> connection, std::uint32_t channel,
+                                    CachedItem<Value> ChannelState::*cached, Read read)
+    {
+        ChannelState* state = connection->channel_state(channel);
+        CachedItem<Value>* item = state != nullptr ? &(state->*cached) : nullptr;
+        const VeltoResult result = ensure_channel_item(connection, channel, item);
+        if (result != result_ok()) { // which leaves "OK" as the text of the failure
+            return result;
+        }
+        {
+            const AMutexLock guard(&item->lock);
+            read(item->value);
+        }
+        return result_ok();
+    }
+
+    // Null for a channel that is not tracked.
+    ChannelState* channel_state(std::uint32_t channel)
+    {
+        return channel < tracked_channels ? channels[channel].get() : nullptr;
+    }
+
+    NoticeQueue notices;
+
     // Non-zero makes a plain command return at once.
     std::atomic<std::uint32_t> asynchronous{0};
     std::atomic<std::uint32_t> outstanding_callbacks{0};
@@ -47,7 +105,29 @@ public:
 private:
     friend void destroy_last_reference(ARefBlock<VeltoConnObject>* block);
 
+    static constexpr std::uint32_t tracked_channels = 8;
+    std::array<std::unique_ptr<ChannelState>, tracked_channels> channels;
+
     static CBHolder<CBOkObject> make_ok_callback(const ARef<VeltoConnObject>& connection);
+    template <typename Command>
+    static VeltoResult complete(const ARef<VeltoConnObject>& connection, const Command& command,
+                                const CBHolder<CBOkObject>& callback)
+    {
+        connection->issue(command, {callback.delegate<&CBOkObject::ok_delegate>(),
+                                    callback.delegate<&CBOkObject::error_delegate>()});
+        return callback.outcome();
+    }
+
+    static ZAVL3::command::channel_report_register register_command(std::uint32_t channel,
+                                                                    const ChannelItem& item);
+    // `item` is null for a channel that is not tracked.
+    static VeltoResult ensure_channel_item(const ARef<VeltoConnObject>& connection,
+                                           std::uint32_t channel, ChannelItem* item);
+    template <typename Report, typename Value, typename Assign>
+    void update_item(const Report& report, CachedItem<Value> ChannelState::*cached,
+                     std::initializer_list<std::uint32_t> notice_kinds, Assign assign);
+    template <typename Report, typename Change>
+    void update_list(const Report& report, Change change);
     // Asks for the video standard and hands the reply to `store`.
     template <typename Store>
     static VeltoResult ask_video_standard(const ARef<VeltoConnObject>& connection, Store store);

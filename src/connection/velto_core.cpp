@@ -5,6 +5,13 @@
 
 using Waiting = CBBaseObject::Waiting;
 
+VeltoConnObject::VeltoConnObject()
+{
+    for (auto& channel : channels) {
+        channel = std::make_unique<ChannelState>();
+    }
+}
+
 // The worker could still dispatch a report while the members go, so it ends first.
 VeltoConnObject::~VeltoConnObject()
 {
@@ -24,7 +31,13 @@ void destroy_last_reference(ARefBlock<VeltoConnObject>* block)
 
 void VeltoConnObject::on_connection_up()
 {
-    // Nothing is registered with a server yet that would have to be registered again.
+    for (std::uint32_t channel = 0; channel < tracked_channels; ++channel) {
+        for (const ChannelItem* item : channels[channel]->items()) {
+            if (item->channel_item_registered != 0) {
+                issue(register_command(channel, *item));
+            }
+        }
+    }
 }
 
 CBHolder<CBOkObject> VeltoConnObject::make_ok_callback(const ARef<VeltoConnObject>& connection)

@@ -26,6 +26,20 @@ PIN(velto_server_name, int32_t, (uint32_t, VeltoTextBuffer));
 PIN(velto_video_standard, int32_t, (uint32_t, uint32_t*));
 PIN(velto_video_frequency, int32_t, (uint32_t, uint32_t*));
 PIN(velto_video_resolution, int32_t, (uint32_t, uint32_t*));
+/* Channel state */
+PIN(velto_channel_status, int32_t, (uint32_t, uint32_t, uint32_t*));
+PIN(velto_channel_clip, int32_t, (uint32_t, uint32_t, VeltoTextBuffer));
+PIN(velto_channel_clip_length, int32_t, (uint32_t, uint32_t, uint32_t*));
+PIN(velto_channel_position, int32_t, (uint32_t, uint32_t, uint32_t*));
+PIN(velto_channel_speed, int32_t, (uint32_t, uint32_t, double*));
+PIN(velto_channel_repeat, int32_t, (uint32_t, uint32_t, uint32_t*));
+PIN(velto_channel_angle, int32_t, (uint32_t, uint32_t, uint32_t*, uint32_t*));
+PIN(velto_channel_ee, int32_t, (uint32_t, uint32_t, uint32_t*, uint32_t*));
+PIN(velto_channel_precue_count, int32_t, (uint32_t, uint32_t, uint32_t*));
+PIN(velto_playlist_count, int32_t, (uint32_t, uint32_t, uint32_t*));
+PIN(velto_playlist_status, int32_t, (uint32_t, uint32_t, uint32_t*));
+/* Notices */
+PIN(velto_get_notification, int32_t, (uint32_t, uint32_t, uint32_t*, uint32_t*));
 /* Play and stop */
 PIN(velto_cmd_play3, int32_t, (uint32_t, uint32_t, double, uint32_t));
 PIN(velto_cmd_play2, int32_t, (uint32_t, uint32_t, double));
@@ -117,6 +131,18 @@ size_t velto_prototypes(VeltoPrototype* prototypes, size_t capacity)
         {"velto_video_standard", (VeltoFunction)velto_video_standard},
         {"velto_video_frequency", (VeltoFunction)velto_video_frequency},
         {"velto_video_resolution", (VeltoFunction)velto_video_resolution},
+        {"velto_channel_status", (VeltoFunction)velto_channel_status},
+        {"velto_channel_clip", (VeltoFunction)velto_channel_clip},
+        {"velto_channel_clip_length", (VeltoFunction)velto_channel_clip_length},
+        {"velto_channel_position", (VeltoFunction)velto_channel_position},
+        {"velto_channel_speed", (VeltoFunction)velto_channel_speed},
+        {"velto_channel_repeat", (VeltoFunction)velto_channel_repeat},
+        {"velto_channel_angle", (VeltoFunction)velto_channel_angle},
+        {"velto_channel_ee", (VeltoFunction)velto_channel_ee},
+        {"velto_channel_precue_count", (VeltoFunction)velto_channel_precue_count},
+        {"velto_playlist_count", (VeltoFunction)velto_playlist_count},
+        {"velto_playlist_status", (VeltoFunction)velto_playlist_status},
+        {"velto_get_notification", (VeltoFunction)velto_get_notification},
         {"velto_cmd_play3", (VeltoFunction)velto_cmd_play3},
         {"velto_cmd_play2", (VeltoFunction)velto_cmd_play2},
         {"velto_cmd_play1", (VeltoFunction)velto_cmd_play1},

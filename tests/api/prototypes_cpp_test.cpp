@@ -40,6 +40,32 @@ static_assert(std::is_same_v<decltype(velto_video_frequency),
     std::int32_t(std::uint32_t, std::uint32_t*)>);
 static_assert(std::is_same_v<decltype(velto_video_resolution),
     std::int32_t(std::uint32_t, std::uint32_t*)>);
+// Channel state
+static_assert(std::is_same_v<decltype(velto_channel_status),
+    std::int32_t(std::uint32_t, std::uint32_t, std::uint32_t*)>);
+static_assert(std::is_same_v<decltype(velto_channel_clip),
+    std::int32_t(std::uint32_t, std::uint32_t, VeltoTextBuffer)>);
+static_assert(std::is_same_v<decltype(velto_channel_clip_length),
+    std::int32_t(std::uint32_t, std::uint32_t, std::uint32_t*)>);
+static_assert(std::is_same_v<decltype(velto_channel_position),
+    std::int32_t(std::uint32_t, std::uint32_t, std::uint32_t*)>);
+static_assert(std::is_same_v<decltype(velto_channel_speed),
+    std::int32_t(std::uint32_t, std::uint32_t, double*)>);
+static_assert(std::is_same_v<decltype(velto_channel_repeat),
+    std::int32_t(std::uint32_t, std::uint32_t, std::uint32_t*)>);
+static_assert(std::is_same_v<decltype(velto_channel_angle),
+    std::int32_t(std::uint32_t, std::uint32_t, std::uint32_t*, std::uint32_t*)>);
+static_assert(std::is_same_v<decltype(velto_channel_ee),
+    std::int32_t(std::uint32_t, std::uint32_t, std::uint32_t*, std::uint32_t*)>);
+static_assert(std::is_same_v<decltype(velto_channel_precue_count),
+    std::int32_t(std::uint32_t, std::uint32_t, std::uint32_t*)>);
+static_assert(std::is_same_v<decltype(velto_playlist_count),
+    std::int32_t(std::uint32_t, std::uint32_t, std::uint32_t*)>);
+static_assert(std::is_same_v<decltype(velto_playlist_status),
+    std::int32_t(std::uint32_t, std::uint32_t, std::uint32_t*)>);
+// Notices
+static_assert(std::is_same_v<decltype(velto_get_notification),
+    std::int32_t(std::uint32_t, std::uint32_t, std::uint32_t*, std::uint32_t*)>);
 // Play and stop
 static_assert(std::is_same_v<decltype(velto_cmd_play3),
     std::int32_t(std::uint32_t, std::uint32_t, double, std::uint32_t)>);
@@ -203,6 +229,18 @@ const std::vector<std::string> described = {
     "velto_video_standard",
     "velto_video_frequency",
     "velto_video_resolution",
+    "velto_channel_status",
+    "velto_channel_clip",
+    "velto_channel_clip_length",
+    "velto_channel_position",
+    "velto_channel_speed",
+    "velto_channel_repeat",
+    "velto_channel_angle",
+    "velto_channel_ee",
+    "velto_channel_precue_count",
+    "velto_playlist_count",
+    "velto_playlist_status",
+    "velto_get_notification",
     "velto_cmd_play3",
     "velto_cmd_play2",
     "velto_cmd_play1",
@@ -285,7 +323,7 @@ TEST(Prototypes, AreThoseOfTheDescription)
     for (const VeltoPrototype& prototype : linked()) {
         names.emplace_back(prototype.name);
     }
-    EXPECT_EQ(names.size(), std::size_t{76});
+    EXPECT_EQ(names.size(), std::size_t{88});
     EXPECT_EQ(names, described);
 }
 
