@@ -18,6 +18,9 @@ namespace
 // How long a channel reports that it is cueing before it stands ready.
 constexpr std::chrono::milliseconds cue_time{80};
 
+// From so long before its air time on a list's next element cannot be exchanged any more.
+constexpr std::chrono::seconds lock_time{1};
+
 [[noreturn]] void refuse_value(const Material& material, std::string_view what, std::uint32_t value,
                                std::uint64_t lowest, std::uint64_t highest)
 {
@@ -58,7 +61,7 @@ Turn turn_of(Loop loop)
     switch (loop) {
     case Loop::loop:
     case Loop::loopto:
-    case Loop::record: // nothing is recorded here, so that the loop of a recording just turns
+    case Loop::record: // records over its oldest field, so that it turns for ever
         return Turn::loop;
     case Loop::pingpong:
     case Loop::pingpongto:
@@ -82,6 +85,33 @@ void check_material(const Material& material)
     check_between(material, "loop out", material.loop_out,
                   material.loop_in.value_or(0) + std::uint64_t{1}, length);
     check_angle(material, material.angle);
+}
+
+Material make_material(const ClipStore& store, const PlaylistElement& element)
+{
+    Material material;
+    material.clip = store.clip(element.clip, element.scope);
+    material.scope = element.scope;
+    material.start = element.start;
+    material.out_point = element.out_point;
+    material.angle = element.angle;
+    material.at_end = element.at_end;
+    check_material(material);
+    return material;
+}
+
+LoadedList make_list(const ClipStore& store, std::string_view name, ListPlayMode mode)
+{
+    const Playlist& playlist = store.playlist(name);
+    std::vector<Material> elements;
+    for (const PlaylistElement& element : playlist.elements) {
+        elements.push_back(make_material(store, element));
+    }
+    LoadedList loaded;
+    loaded.name = playlist.name;
+    loaded.elements = std::make_shared<const std::vector<Material>>(std::move(elements));
+    loaded.mode = mode;
+    return loaded;
 }
 
 Channel::Channel(char channel_letter, const FieldRate& field_rate)
@@ -127,8 +157,8 @@ std::uint32_t Channel::shown_field() const
 
 Loop Channel::effective_loop() const
 {
-    if (list) {
-        return Loop::off; // the elements of a list follow each other
+    if (list) { // its elements follow each other, unless one of them stays
+        return material->at_end == ListElementAtEnd::loop ? Loop::loopto : Loop::off;
     }
     return material->loop == Loop::automatic ? material->clip->loop : material->loop;
 }
@@ -143,12 +173,13 @@ Path Channel::path() const
     const Loop loop = effective_loop();
 
     Path way{{0, field < out ? out : length}, {0, out}, turn_of(loop)};
-    if (precued && waits_for_end(*precued)) {
+    if ((precued && waits_for_end(*precued)) || (list && list->next)) {
         way.turn = Turn::none; // the present turn is the last
     }
     if (to_loop_points(loop)) {
-        const Range points{material->loop_in.value_or(0),
-                           std::min(material->loop_out.value_or(out), out)};
+        const Range points = list ? Range{material->start, out}
+                                  : Range{material->loop_in.value_or(0),
+                                          std::min(material->loop_out.value_or(out), out)};
         if (points.first < points.end) {
             way.round = points;
         }
@@ -158,18 +189,25 @@ Path Channel::path() const
     return way;
 }
 
-// Catches up with all that has ended by itself, and lets a running motion begin anew at `now`.
-void Channel::settle(TimePoint now)
+void Channel::catch_up(TimePoint now)
 {
     while (running) {
         const auto end = end_time(motion, path(), rate, now);
         if (!end) {
-            const Moment moment = moment_at(motion, path(), rate, now);
-            const Speed speed = std::abs(motion.speed) * moment.direction;
-            motion = {now, moment.at, speed};
             return;
         }
         at_end(*end);
+    }
+}
+
+// Catches up, and lets a running motion begin anew at `now`.
+void Channel::settle(TimePoint now)
+{
+    catch_up(now);
+    if (running) {
+        const Moment moment = moment_at(motion, path(), rate, now);
+        const Speed speed = std::abs(motion.speed) * moment.direction;
+        motion = {now, moment.at, speed};
     }
 }
 
@@ -178,7 +216,9 @@ void Channel::at_end(TimePoint when)
     const Speed speed = motion.speed;
     hold(when, moment_at(motion, path(), rate, when).field);
     if (list) {
-        if (const auto next = following_element(direction_of(speed))) {
+        const auto next = following_element(direction_of(speed));
+        pausing = next && !element_ends_by_itself();
+        if (next && !pausing) {
             play_element(when, *next, speed);
         }
     } else if (precued && waits_for_end(*precued) &&
@@ -187,6 +227,21 @@ void Channel::at_end(TimePoint when)
     } else if (precued && precued->condition == PrecueCondition::previous_stops) {
         switch_to_precue(when, std::nullopt);
     }
+}
+
+// An element that pauses or turns at its end gives way to what was queued all the same.
+bool Channel::element_ends_by_itself() const
+{
+    return list->next || material->at_end == ListElementAtEnd::take;
+}
+
+std::optional<std::size_t> Channel::locked_element(TimePoint now) const
+{
+    if (!running || !element_ends_by_itself() || !end_time(motion, path(), rate, now + lock_time)) {
+        return std::nullopt;
+    }
+    const auto next = following_element(direction_of(motion.speed));
+    return next ? std::optional(next->index) : std::nullopt;
 }
 
 std::optional<QueuedElement> Channel::following_element(int direction) const
@@ -207,6 +262,8 @@ void Channel::hold(TimePoint now, std::uint32_t field)
 {
     running = false;
     live = false;
+    pausing = false;
+    ++jumps;
     motion = {now, parts(field), 0};
 }
 
@@ -220,6 +277,7 @@ void Channel::start(TimePoint now, Speed wanted)
     motion.speed = wanted;
     running = true;
     live = false;
+    pausing = false;
 }
 
 void Channel::put(TimePoint now, Material next_material)
@@ -274,9 +332,14 @@ void Channel::unload(TimePoint now)
 
 void Channel::play(TimePoint now, std::optional<Speed> wanted)
 {
-    const Material& loaded = required_material();
+    required_material();
     settle(now);
-    start(now, wanted.value_or(loaded.speed));
+    const Speed speed = wanted.value_or(material->speed);
+    if (pausing && speed > 0) {
+        play_element(now, {following_element(1).value().index, Roll::roll}, speed);
+    } else {
+        start(now, speed);
+    }
 }
 
 void Channel::stop(TimePoint now)
@@ -454,10 +517,27 @@ ChannelStatus Channel::status(TimePoint now) const
     if (live) {
         return ChannelStatus::timedelay;
     }
+    if (running && edit_mask != 0) {
+        return ChannelStatus::insert;
+    }
     if (running) {
-        return edit_mask != 0 ? ChannelStatus::insert : ChannelStatus::play;
+        return effective_loop() == Loop::record ? ChannelStatus::record : ChannelStatus::play;
     }
     return now < cued_at ? ChannelStatus::cueing : ChannelStatus::stop;
+}
+
+void Channel::show_list(ChannelView& seen, TimePoint now) const
+{
+    const auto follows = following_element(1);
+    seen.list = list->name;
+    seen.list_mode = list->mode;
+    seen.list_elements = list->elements;
+    seen.list_turning = list->turning;
+    seen.list_index = list->now;
+    seen.list_next = list->next;
+    seen.list_follows = follows ? std::optional(follows->index) : std::nullopt;
+    seen.list_locked = locked_element(now);
+    seen.loop = list->turning ? Loop::loop : Loop::off;
 }
 
 ChannelView Channel::view(TimePoint now) const
@@ -469,28 +549,30 @@ ChannelView Channel::view(TimePoint now) const
     seen.letter = letter;
     seen.status = present.status(now);
     seen.position = present.shown_field();
+    seen.jumps = present.jumps;
+    seen.input_field = fields_of_day(now.time_since_epoch(), rate);
     seen.speed = present.live ? normal_speed : present.motion.speed;
     seen.edit_mask = edit_mask;
     seen.ee_mask = ee_mask;
     seen.auto_ee = auto_ee;
     seen.transition_in_progress = now < transition_end;
     if (const auto& shown = present.material) {
-        seen.clip = shown->clip->name;
-        seen.clip_length = shown->clip->length;
-        seen.loop = shown->loop == Loop::automatic ? shown->clip->loop : shown->loop;
+        const Clip& clip = *shown->clip;
+        seen.clip = clip.name;
+        seen.clip_length = clip.length;
+        seen.natural_speed = shown->speed;
+        seen.interp = clip.interp;
+        seen.audio_tracks = clip.audio_tracks;
+        seen.loop = shown->loop == Loop::automatic ? clip.loop : shown->loop;
         seen.loop_in = shown->loop_in;
         seen.loop_out = shown->loop_out;
         seen.out_point = shown->out_point;
         seen.angle = shown->angle;
-        seen.angle_count = shown->clip->angles;
+        seen.angle_count = clip.angles;
         seen.playback = shown->playback;
     }
-    if (const auto& loaded = present.list) {
-        seen.list = loaded->name;
-        seen.list_mode = loaded->mode;
-        seen.list_index = loaded->now;
-        seen.list_next = loaded->next;
-        seen.loop = loaded->turning ? Loop::loop : Loop::off;
+    if (present.list) {
+        present.show_list(seen, now);
     }
     if (const auto& waiting = present.precued) {
         seen.precued_clip = waiting->material.clip->name;

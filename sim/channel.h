@@ -28,6 +28,8 @@ struct Material {
     std::uint8_t angle = 0;
     Speed speed = normal_speed; // of a play that names none
     Playback playback = Playback::automatic;
+    ClipScope scope = ClipScope::clip;
+    ListElementAtEnd at_end = ListElementAtEnd::take; // as an element of a list
 };
 
 // Throws a Refusal if some value of `material` does not fit its clip.
@@ -43,15 +45,22 @@ struct QueuedElement {
     Roll roll = Roll::roll;
 };
 
+using ListElements = std::shared_ptr<const std::vector<Material>>;
+
 // A playlist on a channel.
 struct LoadedList {
     std::string name;
-    std::shared_ptr<const std::vector<Material>> elements; // never empty
+    ListElements elements; // never empty
     ListPlayMode mode = ListPlayMode::single_channel;
     std::size_t now = 0;
     std::optional<QueuedElement> next;
     bool turning = false; // begins anew behind its last element
 };
+
+// What a playlist or one element of it asks for, found and checked. Both throw a Refusal if
+// something is not in the store or does not fit.
+Material make_material(const ClipStore& store, const PlaylistElement& element);
+LoadedList make_list(const ClipStore& store, std::string_view name, ListPlayMode mode);
 
 // What a channel looks like from outside at one moment.
 struct ChannelView {
@@ -60,7 +69,12 @@ struct ChannelView {
     std::string clip;
     std::uint32_t clip_length = 0;
     std::uint32_t position = 0;
+    std::uint32_t jumps = 0;       // how often the position was set instead of reached by moving
+    std::uint64_t input_field = 0; // what the timecode of the channel's input counts
     Speed speed = 0;
+    Speed natural_speed = normal_speed;
+    Interp interp = Interp::automatic;
+    std::uint8_t audio_tracks = 0;
     Loop loop = Loop::off;
     std::optional<std::uint32_t> loop_in;
     std::optional<std::uint32_t> loop_out;
@@ -70,8 +84,12 @@ struct ChannelView {
     Playback playback = Playback::automatic;
     std::string list;
     ListPlayMode list_mode = ListPlayMode::single_channel;
+    ListElements list_elements; // those of one load stay the same
+    bool list_turning = false;
     std::size_t list_index = 0;
-    std::optional<QueuedElement> list_next;
+    std::optional<QueuedElement> list_next;  // as it was queued
+    std::optional<std::size_t> list_follows; // what comes next, queued or not
+    std::optional<std::size_t> list_locked;  // what is so near to its air time that it will come
     std::string precued_clip;
     std::optional<PrecueCondition> precue_condition;
     std::uint16_t edit_mask = 0;
@@ -117,6 +135,9 @@ public:
     void set_edit_mask(TimePoint now, std::uint16_t mask);
     void set_ee(TimePoint now, std::uint16_t mask, bool automatic);
 
+    // Goes through all that has ended by itself. Nothing is seen of this, but it need not be gone
+    // through again.
+    void catch_up(TimePoint now);
     ChannelView view(TimePoint now) const;
 
 private:
@@ -129,9 +150,12 @@ private:
     Loop effective_loop() const;
     std::uint32_t shown_field() const;
     ChannelStatus status(TimePoint now) const;
+    void show_list(ChannelView& seen, TimePoint now) const;
 
     void settle(TimePoint now);
     void at_end(TimePoint when);
+    bool element_ends_by_itself() const;
+    std::optional<std::size_t> locked_element(TimePoint now) const;
     std::optional<QueuedElement> following_element(int direction) const;
     void put(TimePoint now, Material next_material);
     void play_element(TimePoint now, QueuedElement wanted, std::optional<Speed> wanted_speed);
@@ -147,6 +171,8 @@ private:
     Motion motion;
     bool running = false;
     bool live = false;
+    bool pausing = false; // on the last field of a list's element that ends so
+    std::uint32_t jumps = 0;
     TimePoint cued_at{};
     TimePoint transition_end{};
     std::uint16_t edit_mask = 0;

@@ -62,40 +62,6 @@ std::string paragraph(std::string_view heading, const std::vector<std::string>& 
 
 } // namespace
 
-ClipStore ClipStore::with_examples()
-{
-    ClipStore store;
-    const Clip clips[] = {
-        {"news_open", 1500, 1, Loop::off, {}, {}},
-        {"news_close", 1000, 1, Loop::off, {}, {}},
-        {"news_bed", 500, 1, Loop::loop, {}, {}},
-        {"weather", 4500, 1, Loop::off, {}, {}},
-        {"weather_map", 1250, 1, Loop::loopto, 250, 1000},
-        {"sport_intro", 750, 1, Loop::off, {}, {}},
-        {"sport_goal", 600, 4, Loop::off, {}, {}},
-        {"sport_replay", 2000, 6, Loop::pingpong, {}, {}},
-        {"interview", 90000, 3, Loop::off, {}, {}},
-        {"station_ident", 250, 1, Loop::off, {}, {}},
-        {"countdown", 1500, 1, Loop::off, {}, {}},
-        {"colour_bars", 50, 1, Loop::loop, {}, {}},
-    };
-    for (const Clip& clip : clips) {
-        store.add_clip(clip);
-    }
-    store.add_virtual_clip({"headlines", 3000, 1, Loop::off, {}, {}});
-    store.add_virtual_clip({"goals_of_the_day", 2400, 1, Loop::off, {}, {}});
-    store.add_playlist({"evening_news",
-                        {{"station_ident", 0, {}},
-                         {"news_open", 0, {}},
-                         {"interview", 1000, 4000},
-                         {"weather", 0, {}},
-                         {"news_close", 0, {}}}});
-    store.add_playlist(
-        {"sport_desk", {{"sport_intro", 0, {}}, {"sport_goal", 0, {}}, {"sport_replay", 0, 500}}});
-    store.add_playlist({"idents", {{"station_ident", 0, {}}, {"countdown", 500, {}}}});
-    return store;
-}
-
 void ClipStore::add_clip(Clip clip)
 {
     const std::string name = clip.name;

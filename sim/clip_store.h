@@ -21,6 +21,9 @@ struct Clip {
     Loop loop = Loop::off;    // what loop mode "auto" means for this clip
     std::optional<std::uint32_t> loop_in;
     std::optional<std::uint32_t> loop_out; // first field behind the loop
+    std::string title{};
+    std::uint8_t audio_tracks = 2;
+    Interp interp = Interp::automatic;
 };
 
 // Channels keep the clip that they hold, whatever happens to the store: an entry is never changed,
@@ -31,6 +34,9 @@ struct PlaylistElement {
     std::string clip;
     std::uint32_t start = 0;
     std::optional<std::uint32_t> out_point; // first field that is not played
+    ClipScope scope = ClipScope::clip;
+    std::uint8_t angle = 0;
+    ListElementAtEnd at_end = ListElementAtEnd::take;
 };
 
 struct Playlist {
@@ -41,9 +47,6 @@ struct Playlist {
 class ClipStore
 {
 public:
-    // A store with some clips, virtual clips and playlists to play with.
-    static ClipStore with_examples();
-
     // Each replaces what has the name.
     void add_clip(Clip clip);
     void add_virtual_clip(Clip clip);

@@ -3,7 +3,6 @@
 #include <algorithm>
 #include <array>
 #include <limits>
-#include <memory>
 #include <utility>
 
 #include <fmt/format.h>
@@ -143,6 +142,7 @@ Material wanted_material(const Call& call)
     const auto scope = fields.optional<ClipScope>("ClipScope").value_or(ClipScope::clip);
     Material material;
     material.clip = call.station.clips.clip(fields.text("ClipID"), scope);
+    material.scope = scope;
     material.start = fields.optional<std::uint32_t>("GotoPosition").value_or(0);
     material.out_point = wanted_out_point(fields, material.start);
     const auto loop_in = fields.optional<std::uint32_t>("LoopIn");
@@ -164,21 +164,10 @@ void cue_clip(Call& call)
 
 void list_load(Call& call)
 {
-    const Playlist& playlist = call.station.clips.playlist(call.fields.text("ListID"));
-    std::vector<Material> elements;
-    for (const PlaylistElement& element : playlist.elements) {
-        Material material;
-        material.clip = call.station.clips.clip(element.clip);
-        material.start = element.start;
-        material.out_point = element.out_point;
-        elements.push_back(std::move(material));
-    }
-    LoadedList loaded;
-    loaded.name = playlist.name;
-    loaded.elements = std::make_shared<const std::vector<Material>>(std::move(elements));
-    loaded.mode =
+    const auto mode =
         call.fields.optional<ListPlayMode>("ListPlayMode").value_or(ListPlayMode::single_channel);
-    on_channels(call, [&](Channel& target) { target.load_list(call.now, loaded); });
+    const LoadedList list = make_list(call.station.clips, call.fields.text("ListID"), mode);
+    on_channels(call, [&](Channel& target) { target.load_list(call.now, list); });
 }
 
 void unload(Call& call)
@@ -328,8 +317,8 @@ void report_register(Call& call)
 
 void channel_report_register(Call& call)
 {
-    call.registrations.channel_reports.emplace(call.fields.get<std::size_t>("Channel"),
-                                               call.fields.get<std::size_t>("ChannelReportType"));
+    call.registrations.channel_reports.add(call.fields.get<std::size_t>("Channel"),
+                                           call.fields.get<ChannelReportType>("ChannelReportType"));
 }
 
 void watch_metadata_database(Call& call)

@@ -9,6 +9,8 @@
 
 #include "sim/log.h"
 #include "sim/options.h"
+#include "sim/refusal.h"
+#include "sim/scenario.h"
 #include "sim/server.h"
 #include "sim/station.h"
 
@@ -19,11 +21,14 @@ using namespace veltosim;
 
 Station make_station(const Options& options)
 {
-    ClipStore store = ClipStore::with_examples();
+    Scenario scenario =
+        options.scenario.empty() ? default_scenario() : read_scenario(options.scenario);
     for (const Clip& clip : options.clips) {
-        store.add_clip(clip);
+        scenario.clips.add_clip(clip);
     }
-    return {options.name, *options.standard, std::move(store)};
+    Station station(options.name, *options.standard, std::move(scenario.clips));
+    load_channels(station, scenario.channels, std::chrono::steady_clock::now());
+    return station;
 }
 
 // Whoever started the program may have stopped reading: that is no failure.
@@ -33,12 +38,11 @@ void print(const std::string& text)
     std::fflush(stdout);
 }
 
-int serve(const Options& options)
+int serve(const Options& options, Station& station)
 {
     asio::io_context context(1);
-    Station station = make_station(options);
     const Log log(options.trace);
-    Server server(context, options.address, station, log);
+    Server server(context, options.address, station, log, options.report_rate);
 
     asio::signal_set signals(context, SIGINT, SIGTERM);
     signals.async_wait([&](const std::error_code&, int) { server.stop(); });
@@ -47,6 +51,12 @@ int serve(const Options& options)
     context.run();
     print(channel_table(station, std::chrono::steady_clock::now()));
     return exit_ok;
+}
+
+int report(const std::exception& scenario_problem)
+{
+    fmt::print(stderr, "veltosim: {}\n", scenario_problem.what());
+    return exit_scenario;
 }
 
 int report(const Options& options, const asio::system_error& problem)
@@ -71,8 +81,13 @@ int main(int argc, char** argv)
         return exit_code;
     }
     try {
-        return serve(*options);
+        Station station = make_station(*options);
+        return serve(*options, station);
     } catch (const asio::system_error& problem) {
         return report(*options, problem);
+    } catch (const ScenarioError& problem) {
+        return report(problem);
+    } catch (const Refusal& problem) { // a clip of the command line replaced one that is used
+        return report(problem);
     }
 }

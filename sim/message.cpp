@@ -106,6 +106,25 @@ std::optional<std::int64_t> to_speed(std::string_view text)
     return negative ? -magnitude : magnitude;
 }
 
+// The digits behind the point of a speed, as many as the fraction has.
+std::string fraction_text(std::uint32_t fraction)
+{
+    std::string digits;
+    for (; fraction != 0; fraction &= 0xFFFF) {
+        fraction *= 10;
+        digits += static_cast<char>('0' + (fraction >> 16));
+    }
+    return digits;
+}
+
+std::string bytes_of(const pugi::xml_node& root)
+{
+    std::ostringstream bytes;
+    // The XML of clients has no numeric references, with which control characters would go out.
+    root.print(bytes, "", pugi::format_raw | pugi::format_skip_control_chars, pugi::encoding_utf8);
+    return bytes.str();
+}
+
 std::int64_t read_speed(const FieldRule& rule, std::string_view text)
 {
     const auto speed = to_speed(text);
@@ -298,27 +317,56 @@ pugi::xml_node Replies::add(std::string_view kind)
 {
     pugi::xml_node root = document.append_child("reply");
     add_text(root, "xid", xid);
-    return root.append_child(std::string(kind).c_str());
+    return add_element(root, kind);
 }
 
 std::vector<std::string> Replies::messages() const
 {
     std::vector<std::string> all;
     for (const pugi::xml_node& root : document.children()) {
-        std::ostringstream bytes;
-        // The XML of clients has no numeric references, with which control characters would go out.
-        root.print(bytes, "", pugi::format_raw | pugi::format_skip_control_chars,
-                   pugi::encoding_utf8);
-        all.push_back(bytes.str());
+        all.push_back(bytes_of(root));
     }
     return all;
 }
 
+Report::Report(std::string_view kind)
+{
+    add_element(document.append_child("report"), kind);
+}
+
+std::string Report::message() const
+{
+    return bytes_of(document.first_child());
+}
+
+pugi::xml_node add_element(pugi::xml_node parent, std::string_view name)
+{
+    return parent.append_child(std::string(name).c_str());
+}
+
 void add_text(pugi::xml_node parent, std::string_view name, std::string_view text)
 {
-    parent.append_child(std::string(name).c_str())
-        .append_child(pugi::node_pcdata)
-        .set_value(std::string(text).c_str());
+    add_element(parent, name).append_child(pugi::node_pcdata).set_value(std::string(text).c_str());
+}
+
+void add_number(pugi::xml_node parent, std::string_view name, std::int64_t number)
+{
+    add_text(parent, name, std::to_string(number));
+}
+
+void add_bool(pugi::xml_node parent, std::string_view name, bool value)
+{
+    add_text(parent, name, bool_words[value ? 1 : 0]);
+}
+
+void add_speed(pugi::xml_node parent, std::string_view name, std::int32_t speed)
+{
+    const std::int64_t value = speed;
+    const auto magnitude = static_cast<std::uint32_t>(value < 0 ? -value : value);
+    const std::string digits = fraction_text(magnitude & 0xFFFF);
+    add_text(parent, name,
+             fmt::format("{}{}{}{}X", value < 0 ? "-" : "", magnitude >> 16,
+                         digits.empty() ? "" : ".", digits));
 }
 
 } // namespace veltosim

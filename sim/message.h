@@ -119,6 +119,26 @@ private:
     pugi::xml_document document; // each root is a reply
 };
 
+// One report, unasked for by any command.
+class Report
+{
+public:
+    explicit Report(std::string_view kind);
+
+    // The fields become children of this element.
+    pugi::xml_node content() const { return document.first_child().first_child(); }
+    // The bytes of the message.
+    std::string message() const;
+
+private:
+    pugi::xml_document document;
+};
+
+pugi::xml_node add_element(pugi::xml_node parent, std::string_view name);
 void add_text(pugi::xml_node parent, std::string_view name, std::string_view text);
+void add_number(pugi::xml_node parent, std::string_view name, std::int64_t number);
+void add_bool(pugi::xml_node parent, std::string_view name, bool value);
+// 16.16, in the form 1.5X.
+void add_speed(pugi::xml_node parent, std::string_view name, std::int32_t speed);
 
 } // namespace veltosim

@@ -1,5 +1,7 @@
 #include "sim/motion.h"
 
+#include <algorithm>
+
 namespace veltosim
 {
 
@@ -10,6 +12,7 @@ namespace
 __extension__ typedef __int128 Wide;
 
 constexpr Wide nanoseconds_a_second = 1'000'000'000;
+constexpr std::chrono::nanoseconds day = std::chrono::days(1);
 
 Wide magnitude(Speed speed)
 {
@@ -91,6 +94,21 @@ std::optional<TimePoint> end_time(const Motion& motion, const Path& path, const 
     const Wide a_second = magnitude(motion.speed) * rate.fields;
     const Wide wait = (to_border * rate.seconds * nanoseconds_a_second + a_second - 1) / a_second;
     return motion.since + std::chrono::nanoseconds(static_cast<std::int64_t>(wait));
+}
+
+std::uint64_t fields_of_day(std::chrono::nanoseconds time, const FieldRate& rate)
+{
+    return static_cast<std::uint64_t>(Wide{(time % day).count()} * rate.fields /
+                                      (rate.seconds * nanoseconds_a_second));
+}
+
+TimePoint next_field(TimePoint now, const FieldRate& rate)
+{
+    const std::chrono::nanoseconds time = now.time_since_epoch();
+    const Wide next = static_cast<Wide>(fields_of_day(time, rate)) + 1;
+    const Wide begin = (next * rate.seconds * nanoseconds_a_second + rate.fields - 1) / rate.fields;
+    const std::chrono::nanoseconds since_midnight(static_cast<std::int64_t>(begin));
+    return TimePoint(time - time % day + std::min(since_midnight, day));
 }
 
 std::chrono::nanoseconds duration_of(std::uint32_t fields, const FieldRate& rate)

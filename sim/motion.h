@@ -67,6 +67,12 @@ Moment moment_at(const Motion& motion, const Path& path, const FieldRate& rate, 
 std::optional<TimePoint> end_time(const Motion& motion, const Path& path, const FieldRate& rate,
                                   TimePoint now);
 
+// The fields since the last midnight of a clock that has run for `time`.
+std::uint64_t fields_of_day(std::chrono::nanoseconds time, const FieldRate& rate);
+
+// When the next one of these fields begins on the clock that `now` belongs to.
+TimePoint next_field(TimePoint now, const FieldRate& rate);
+
 std::chrono::nanoseconds duration_of(std::uint32_t fields, const FieldRate& rate);
 
 } // namespace veltosim

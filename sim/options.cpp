@@ -11,6 +11,7 @@
 #include <CLI/CLI.hpp>
 #include <fmt/format.h>
 
+#include "sim/scenario.h"
 #include "sim/text.h"
 
 namespace veltosim
@@ -19,24 +20,31 @@ namespace veltosim
 namespace
 {
 
-constexpr std::size_t longest_name = 255;
-
 constexpr const char* description =
     "veltosim - a video server of 12 channels, A to L, to try clients on.\n"
     "It listens on TCP port 8913, keeps what each channel holds and how it moves, obeys the\n"
-    "transport commands and refuses with a reason what it cannot do. Stop it with Ctrl-C: it then\n"
-    "prints its channels. Its first line of output, 'listening on <address>:8913', tells that\n"
-    "clients can connect.\n";
+    "transport commands, refuses with a reason what it cannot do, and reports to each client what\n"
+    "it has registered. Stop it with Ctrl-C: it then prints its channels. Its first line of\n"
+    "output, 'listening on <address>:8913', tells that clients can connect.\n";
 
 std::string footer()
 {
-    return "\nThere from the start\n" + ClipStore::with_examples().summary() +
+    const Scenario scenario = default_scenario();
+    std::string loaded;
+    for (const ChannelLoad& load : scenario.channels) {
+        loaded += fmt::format("{}{}", loaded.empty() ? "" : ", ", channel_words[load.channel]);
+    }
+    return "\nThere from the start, without --scenario\n" + scenario.clips.summary() +
+           fmt::format("Loaded channels: {}\n", loaded) +
            "\nExamples\n"
            "  veltosim                                   a server at 127.0.0.1\n"
            "  veltosim --address 127.0.0.2 --name second another one beside it\n"
            "  veltosim --standard 1080_59_94i --clip race:18000:4 --trace\n"
+           "  veltosim --print-scenario > mine.json      a file to begin one of your own from\n"
+           "  veltosim --scenario mine.json --report-rate 10\n"
            "\nExit codes\n"
-           "  0 stopped by a signal, 2 bad option, 3 address in use, 4 other network failure\n";
+           "  0 stopped by a signal, 2 bad option, 3 address in use, 4 other network failure,\n"
+           "  5 bad scenario\n";
 }
 
 [[noreturn]] void fail(const std::string& text)
@@ -71,10 +79,8 @@ const Standard* to_standard(const std::string& text)
 
 std::string to_name(std::string_view option, std::string_view text)
 {
-    if (text.empty() || text.size() > longest_name || !is_utf8(text) || on_one_line(text) != text) {
-        fail(fmt::format("{}: {} is no name; 1 to {} bytes of UTF-8 are allowed, without control "
-                         "characters",
-                         option, quote(text), longest_name));
+    if (!is_name(text)) {
+        fail(fmt::format("{}: {} is no name; {}", option, quote(text), name_rule));
     }
     return std::string(text);
 }
@@ -125,12 +131,24 @@ std::vector<Clip> to_clips(const std::vector<std::string>& texts)
     return clips;
 }
 
+std::optional<FieldRate> to_report_rate(const std::optional<std::uint32_t>& hertz)
+{
+    constexpr std::uint32_t highest = 1000;
+    if (hertz && (*hertz == 0 || *hertz > highest)) {
+        fail(fmt::format("--report-rate: {} is no rate; 1 to {} are allowed", *hertz, highest));
+    }
+    return hertz ? std::optional(FieldRate{*hertz, 1}) : std::nullopt;
+}
+
 // The command line as it was written.
 struct Written {
     std::string address = "127.0.0.1";
     std::string standard = "1080_50i";
     std::string name = "veltosim";
+    std::string scenario;
+    bool print_scenario = false;
     std::vector<std::string> clips;
+    std::optional<std::uint32_t> report_rate;
     bool trace = false;
 };
 
@@ -145,6 +163,12 @@ void declare(CLI::App& app, Written& written)
         ->capture_default_str();
     app.add_option("--name", written.name, "Computer name that clients are told")
         ->capture_default_str();
+    app.add_option("--scenario", written.scenario,
+                   "JSON file of clips, virtual clips, playlists and what the channels hold");
+    app.add_flag("--print-scenario", written.print_scenario,
+                 "Print the scenario that is built in, and end");
+    app.add_option("--report-rate", written.report_rate,
+                   "Position reports a second of a moving channel, if less than one a field");
     app.add_option("--clip", written.clips,
                    "One more clip, NAME:LENGTH[:ANGLES], the length in fields; repeatable")
         ->allow_extra_args(false)
@@ -155,8 +179,13 @@ void declare(CLI::App& app, Written& written)
 
 Options to_options(const Written& written)
 {
-    return {to_address(written.address), to_standard(written.standard),
-            to_name("--name", written.name), to_clips(written.clips), written.trace};
+    return {to_address(written.address),
+            to_standard(written.standard),
+            to_name("--name", written.name),
+            written.scenario,
+            to_clips(written.clips),
+            to_report_rate(written.report_rate),
+            written.trace};
 }
 
 } // namespace
@@ -169,6 +198,11 @@ std::optional<Options> read_options(int argc, const char* const* argv, std::ostr
     declare(app, written);
     try {
         app.parse(argc, argv);
+        if (written.print_scenario) {
+            out << default_scenario_text();
+            exit_code = exit_ok;
+            return std::nullopt;
+        }
         return to_options(written);
     } catch (const CLI::ParseError& problem) {
         exit_code = app.exit(problem, out, err) == 0 ? exit_ok : exit_bad_option;

@@ -14,13 +14,21 @@ namespace veltosim
 {
 
 // What the program ends with.
-enum ExitCode : int { exit_ok = 0, exit_bad_option = 2, exit_address_in_use = 3, exit_network = 4 };
+enum ExitCode : int {
+    exit_ok = 0,
+    exit_bad_option = 2,
+    exit_address_in_use = 3,
+    exit_network = 4,
+    exit_scenario = 5
+};
 
 struct Options {
     asio::ip::address_v4 address;
     const Standard* standard = nullptr;
     std::string name;
+    std::string scenario; // a file; empty: the one that is built in
     std::vector<Clip> clips;
+    std::optional<FieldRate> report_rate;
     bool trace = false;
 };
 

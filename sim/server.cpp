@@ -1,5 +1,6 @@
 #include "sim/server.h"
 
+#include <algorithm>
 #include <chrono>
 #include <string>
 #include <utility>
@@ -23,9 +24,12 @@ std::string address_of(const asio::ip::tcp::socket& connection)
 } // namespace
 
 Server::Server(asio::io_context& used_context, const asio::ip::address_v4& address,
-               Station& served_station, const Log& used_log)
+               Station& served_station, const Log& used_log,
+               const std::optional<FieldRate>& report_rate)
     : context(used_context), station(served_station), log(used_log),
-      acceptor(used_context, {address, server_port}), retry(used_context)
+      acceptor(used_context, {address, server_port}), retry(used_context),
+      source(served_station, report_rate.value_or(served_station.standard.field_rate)),
+      field_timer(used_context)
 {
     // The acceptor's constructor reuses an address at which old connections still wait for their
     // end.
@@ -37,6 +41,7 @@ void Server::stop()
     std::error_code ignored;
     acceptor.close(ignored);
     retry.cancel();
+    field_timer.cancel();
     for (const auto& [number, session] : sessions) {
         session->close();
     }
@@ -68,12 +73,58 @@ void Server::on_accept(const std::error_code& error, asio::ip::tcp::socket conne
     }
     const std::uint64_t number = ++last_number;
     log.connected(number, address_of(connection));
+    const Session::Listener listener{[this](TimePoint now) { report_command(now); },
+                                     [this](std::uint64_t gone) { sessions.erase(gone); }};
     const auto session =
-        std::make_shared<Session>(std::move(connection), number, station, log,
-                                  [this](std::uint64_t gone) { sessions.erase(gone); });
+        std::make_shared<Session>(std::move(connection), number, station, log, listener);
     sessions.emplace(number, session);
     session->start();
     accept();
+}
+
+bool Server::reports_wanted() const
+{
+    return std::any_of(sessions.begin(), sessions.end(),
+                       [](const auto& entry) { return entry.second->wants_reports(); });
+}
+
+void Server::report(ReportRound round)
+{
+    for (const auto& [number, session] : sessions) {
+        session->report(round);
+    }
+}
+
+void Server::report_command(TimePoint now)
+{
+    if (reports_wanted()) {
+        report(source.after_command(now));
+        wait_for_field(now);
+    }
+}
+
+void Server::wait_for_field(TimePoint now)
+{
+    if (field_awaited) {
+        return;
+    }
+    field_awaited = true;
+    field_timer.expires_at(next_field(now, station.standard.field_rate));
+    field_timer.async_wait([this](const std::error_code& cancelled) {
+        if (!cancelled) {
+            field_awaited = false;
+            on_field();
+        }
+    });
+}
+
+void Server::on_field()
+{
+    if (reports_wanted()) {
+        const auto now = std::chrono::steady_clock::now();
+        report(source.at_field(now));
+        wait_for_field(now);
+    }
 }
 
 } // namespace veltosim

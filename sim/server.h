@@ -3,10 +3,12 @@
 #include <cstdint>
 #include <map>
 #include <memory>
+#include <optional>
 
 #include <asio.hpp>
 
 #include "sim/log.h"
+#include "sim/report_source.h"
 #include "sim/session.h"
 #include "sim/station.h"
 
@@ -19,9 +21,11 @@ inline constexpr std::uint16_t server_port = 8913;
 class Server
 {
 public:
-    // Listens at once. Throws asio::system_error if the address cannot be had.
+    // Listens at once. Positions are reported at `report_rate`, otherwise at the station's field
+    // rate. Throws asio::system_error if the address cannot be had.
     Server(asio::io_context& used_context, const asio::ip::address_v4& address,
-           Station& served_station, const Log& used_log);
+           Station& served_station, const Log& used_log,
+           const std::optional<FieldRate>& report_rate = {});
 
     // Listens no more and closes all connections; the context then runs out of work.
     void stop();
@@ -29,12 +33,20 @@ public:
 private:
     void accept();
     void on_accept(const std::error_code& error, asio::ip::tcp::socket connection);
+    bool reports_wanted() const;
+    void report(ReportRound round);
+    void report_command(TimePoint now);
+    void wait_for_field(TimePoint now);
+    void on_field();
 
     asio::io_context& context;
     Station& station;
     const Log& log;
     asio::ip::tcp::acceptor acceptor;
     asio::steady_timer retry;
+    ReportSource source;
+    asio::steady_timer field_timer; // runs while some client wants reports
+    bool field_awaited = false;
     std::map<std::uint64_t, std::shared_ptr<Session>> sessions;
     std::uint64_t last_number = 0;
 };

@@ -12,15 +12,19 @@ namespace veltosim
 namespace
 {
 
-// A client that sends without reading is read no further while this much waits for it.
+// A client that sends without reading is read no further while this much waits for it, and gets no
+// reports.
 constexpr std::size_t most_waiting = 256 * 1024;
+
+// While this much waits it gets no positions: they would be old when it reads them.
+constexpr std::size_t most_before_positions = 16 * 1024;
 
 } // namespace
 
 Session::Session(asio::ip::tcp::socket connection, std::uint64_t client_number,
-                 Station& served_station, const Log& used_log, Gone gone)
+                 Station& served_station, const Log& used_log, Listener session_listener)
     : socket(std::move(connection)), number(client_number), station(served_station), log(used_log),
-      on_gone(std::move(gone))
+      listener(std::move(session_listener))
 {
 }
 
@@ -33,7 +37,7 @@ void Session::start()
 
 void Session::close()
 {
-    on_gone = nullptr;
+    listener.gone = nullptr;
     std::error_code ignored;
     socket.close(ignored);
 }
@@ -45,6 +49,26 @@ void Session::send(std::string_view message)
     if (sending.empty()) {
         write();
     }
+}
+
+bool Session::wants_reports() const
+{
+    return !finishing && !registrations.channel_reports.empty();
+}
+
+void Session::report(ReportRound& round)
+{
+    if (!wants_reports() || waiting() > most_waiting) {
+        return;
+    }
+    const Positions offered = round.positions;
+    if (waiting() > most_before_positions) {
+        round.positions = Positions::none;
+    }
+    for (const std::string& message : registrations.channel_reports.news(round, station.standard)) {
+        send(message);
+    }
+    round.positions = offered;
 }
 
 void Session::read()
@@ -74,7 +98,7 @@ void Session::on_read(const std::error_code& error, std::size_t count)
         finish_when_sent();
         return;
     }
-    reading_paused = queued.size() + sending.size() > most_waiting;
+    reading_paused = waiting() > most_waiting;
     if (!reading_paused) {
         read();
     }
@@ -88,6 +112,7 @@ void Session::obey_all()
         for (const std::string& message : answer(station, registrations, *command, now)) {
             send(message);
         }
+        listener.obeyed(now);
     }
 }
 
@@ -105,11 +130,16 @@ void Session::on_written(const std::error_code& error)
     sending.clear();
     if (error) {
         leave(error.message());
-    } else if (!queued.empty()) {
+        return;
+    }
+    if (!queued.empty()) {
         write();
     } else if (finishing) {
         leave("end of its commands");
-    } else if (reading_paused) {
+        return;
+    }
+    // Reports may keep the queue from ever being empty.
+    if (reading_paused && waiting() <= most_waiting) {
         reading_paused = false;
         read();
     }
@@ -126,9 +156,9 @@ void Session::finish_when_sent()
 // A lost connection can show at a read and at a write: only the first counts.
 void Session::leave(std::string_view reason)
 {
-    if (on_gone) {
+    if (listener.gone) {
         log.disconnected(number, reason);
-        const Gone gone = std::move(on_gone);
+        const auto gone = std::move(listener.gone);
         close();
         gone(number);
     }

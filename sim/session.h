@@ -18,21 +18,29 @@
 namespace veltosim
 {
 
-// One connected client: reads its commands, obeys them in their order and sends the replies. It
-// lives as long as an operation of its own is under way.
+// One connected client: reads its commands, obeys them in their order and sends the replies, and
+// the reports that it has registered. It lives as long as an operation of its own is under way.
 class Session : public std::enable_shared_from_this<Session>
 {
 public:
-    using Gone = std::function<void(std::uint64_t number)>;
+    // What the session tells its server.
+    struct Listener {
+        std::function<void(TimePoint now)> obeyed; // a command, whose reply has been queued
+        std::function<void(std::uint64_t number)> gone;
+    };
 
     Session(asio::ip::tcp::socket connection, std::uint64_t client_number, Station& served_station,
-            const Log& used_log, Gone gone);
+            const Log& used_log, Listener session_listener);
 
     void start();
     // Ends the connection at once. `gone` is not called.
     void close();
     // Queues one message.
     void send(std::string_view message);
+    bool wants_reports() const;
+    // Sends what is news to the client. One that is slow to read gets no positions meanwhile, and
+    // one that does not read gets nothing: what it missed follows as far as it is still true then.
+    void report(ReportRound& round);
 
 private:
     void read();
@@ -42,12 +50,13 @@ private:
     void on_written(const std::error_code& error);
     void finish_when_sent();
     void leave(std::string_view reason);
+    std::size_t waiting() const { return queued.size() + sending.size(); }
 
     asio::ip::tcp::socket socket;
     std::uint64_t number;
     Station& station;
     const Log& log;
-    Gone on_gone;
+    Listener listener;
 
     CommandStream stream;
     Registrations registrations;

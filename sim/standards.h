@@ -20,6 +20,9 @@ struct Standard {
     std::string_view rate;
     std::string_view resolution;
     FieldRate field_rate;
+
+    // Timecode that leaves out numbers to keep to the clock: that of the 59.94 and 29.97 rates.
+    bool drop_frame() const { return rate == "59_94" || rate == "29_97"; }
 };
 
 std::span<const Standard> standards();

@@ -8,6 +8,7 @@
 
 #include "sim/channel.h"
 #include "sim/clip_store.h"
+#include "sim/reports.h"
 #include "sim/standards.h"
 
 namespace veltosim
@@ -15,9 +16,9 @@ namespace veltosim
 
 // What a client has asked to be told of for as long as it is connected.
 struct Registrations {
-    std::set<std::size_t> reports;                                 // numbers of report types
-    std::set<std::pair<std::size_t, std::size_t>> channel_reports; // channel, number of the type
-    std::set<std::pair<std::string, std::string>> metadata;        // database, prefix
+    std::set<std::size_t> reports; // numbers of report types
+    ChannelReports channel_reports;
+    std::set<std::pair<std::string, std::string>> metadata; // database, prefix
 };
 
 // The whole server behind the network: what it is called, what it stores and what its channels do.

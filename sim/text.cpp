@@ -58,4 +58,10 @@ bool is_utf8(std::string_view text)
     return pugi::as_utf8(pugi::as_wide(whole)) == whole;
 }
 
+bool is_name(std::string_view text)
+{
+    return !text.empty() && text.size() <= longest_name && is_utf8(text) &&
+           on_one_line(text) == text;
+}
+
 } // namespace veltosim

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstddef>
 #include <string>
 #include <string_view>
 
@@ -19,5 +20,11 @@ std::string on_one_line(std::string_view text);
 std::string any_of(Words words);
 
 bool is_utf8(std::string_view text);
+
+// What clips, playlists and the server itself can be called.
+inline constexpr std::size_t longest_name = 255;
+inline constexpr std::string_view name_rule =
+    "1 to 255 bytes of UTF-8 are allowed, without control characters";
+bool is_name(std::string_view text);
 
 } // namespace veltosim

@@ -53,6 +53,15 @@ enum class FollowSpeed : std::uint8_t { none, smart, one_x, follow };
 inline constexpr std::array<std::string_view, 4> follow_speed_words{"none", "smart", "oneX",
                                                                     "follow"};
 
+enum class DropFrameFlag : std::uint8_t { df, ndf };
+inline constexpr std::array<std::string_view, 2> drop_frame_flag_words{"df", "ndf"};
+
+enum class Interp : std::uint8_t { automatic, on, off };
+inline constexpr std::array<std::string_view, 3> interp_words{"auto", "on", "off"};
+
+enum class ListElementAtEnd : std::uint8_t { take, pause, loop };
+inline constexpr std::array<std::string_view, 3> list_element_at_end_words{"take", "pause", "loop"};
+
 enum class ListPlayMode : std::uint8_t { single_channel, pgm_pvw };
 inline constexpr std::array<std::string_view, 2> list_play_mode_words{"single_channel", "pgm_pvw"};
 
@@ -75,6 +84,22 @@ inline constexpr std::array<std::string_view, 12> report_type_words{
     "melt",        "directory_change", "playlist_change",    "chaselist_change",
     "export",      "alerts",           "chase_ltc_timecode", "ltc_input"};
 
+enum class ChannelReportType : std::uint8_t {
+    status,
+    clipid,
+    speed,
+    timecode,
+    info,
+    peak,
+    aux_audio_status,
+    aux_audio_clipid,
+    aux_audio_speed,
+    aux_audio_timecode,
+    aux_audio_info,
+    aux_audio_peak,
+    listplay,
+    chaseplay
+};
 inline constexpr std::array<std::string_view, 14> channel_report_type_words{"status",
                                                                             "clipid",
                                                                             "speed",

@@ -606,4 +606,114 @@ TEST_F(ChannelTest, ListCommandsNeedAListAndPrecuesNeedNone)
               "channel C plays the list 'evening'; queue an element of it instead");
 }
 
+TEST_F(ChannelTest, AnElementThatPausesHoldsTheListUntilPlayOrTake)
+{
+    LoadedList list = three_elements();
+    std::vector<Material> elements = *list.elements;
+    elements[0].at_end = ListElementAtEnd::pause;
+    elements[1].at_end = ListElementAtEnd::pause;
+    list.elements = std::make_shared<const std::vector<Material>>(elements);
+    channel.load_list(start, list);
+    channel.play(start);
+    EXPECT_EQ(clip_on(1h), "one");
+    EXPECT_EQ(position(1h), 9u);
+    EXPECT_EQ(status(1h), ChannelStatus::stop);
+    channel.play(start + 1h);
+    EXPECT_EQ(clip_on(1h), "two");
+    EXPECT_EQ(position(1h), 100u);
+    EXPECT_EQ(position(2h), 109u);
+    channel.take(start + 2h, TransitionType::cut, 0, FollowSpeed::none);
+    EXPECT_EQ(clip_on(2h), "three");
+    EXPECT_EQ(status(2h), ChannelStatus::play);
+}
+
+TEST_F(ChannelTest, APausedElementThatIsJoggedPlaysOnInItself)
+{
+    LoadedList list = three_elements();
+    std::vector<Material> elements = *list.elements;
+    elements[0].at_end = ListElementAtEnd::pause;
+    list.elements = std::make_shared<const std::vector<Material>>(elements);
+    channel.load_list(start, list);
+    channel.play(start);
+    channel.jog(start + 1h, -5);
+    channel.play(start + 1h);
+    EXPECT_EQ(clip_on(1h), "one");
+    EXPECT_EQ(position(1h), 4u);
+    channel.play(start + 2h, -normal_speed);
+    EXPECT_EQ(clip_on(2h), "one");
+    EXPECT_EQ(position(3h), 0u);
+}
+
+TEST_F(ChannelTest, AnElementThatLoopsTurnsUntilAnotherIsQueued)
+{
+    LoadedList list = three_elements();
+    std::vector<Material> elements = *list.elements;
+    elements[1].at_end = ListElementAtEnd::loop;
+    list.elements = std::make_shared<const std::vector<Material>>(elements);
+    channel.load_list(start, list);
+    channel.play(start);
+    EXPECT_EQ(clip_on(10 * field), "two");
+    EXPECT_EQ(position(19 * field), 109u);
+    EXPECT_EQ(position(20 * field), 100u);
+    EXPECT_EQ(position(1005 * field), 105u);
+    channel.list_play_next(start + 1005 * field, {2, Roll::roll});
+    EXPECT_EQ(clip_on(1009 * field), "two");
+    EXPECT_EQ(clip_on(1010 * field), "three");
+}
+
+TEST_F(ChannelTest, TheNextElementIsLockedInTheLastSecondBeforeIt)
+{
+    LoadedList list = three_elements();
+    list.elements = std::make_shared<const std::vector<Material>>(
+        std::vector{whole("one", 100), whole("two", 100)});
+    channel.load_list(start, list);
+    const auto locked = [&](std::chrono::nanoseconds time) {
+        return channel.view(start + time).list_locked;
+    };
+    EXPECT_EQ(channel.view(start).list_follows, 1u);
+    EXPECT_EQ(locked(1h), std::nullopt);
+    channel.play(start);
+    EXPECT_EQ(locked(50 * field - 1ns), std::nullopt);
+    EXPECT_EQ(locked(50 * field), 1u);
+    EXPECT_EQ(locked(100 * field), std::nullopt);
+    EXPECT_EQ(channel.view(start + 100 * field).list_follows, std::nullopt);
+    EXPECT_EQ(locked(199 * field), std::nullopt);
+}
+
+TEST_F(ChannelTest, AChannelThatLoopsItsRecordingRecords)
+{
+    channel.cue(start, looping(Loop::record));
+    channel.play(start);
+    EXPECT_EQ(status(1h), ChannelStatus::record);
+    channel.stop(start + 1h);
+    EXPECT_EQ(status(1h), ChannelStatus::stop);
+}
+
+TEST_F(ChannelTest, JumpsCountWhatIsNotReachedByMoving)
+{
+    channel.cue(start, looping(Loop::loop));
+    channel.play(start);
+    const std::uint32_t jumps = channel.view(start).jumps;
+    EXPECT_EQ(channel.view(start + 1h).jumps, jumps);
+    channel.jog(start + 1h, 1);
+    EXPECT_GT(channel.view(start + 1h).jumps, jumps);
+}
+
+TEST_F(ChannelTest, CatchingUpShowsNowhere)
+{
+    channel.load_list(start, three_elements());
+    channel.set_loop(start, Loop::loop);
+    channel.play(start);
+    Channel other = channel;
+    for (int i = 1; i <= 1000; ++i) {
+        other.catch_up(start + i * 7ms);
+    }
+    const ChannelView expected = channel.view(start + 7s);
+    const ChannelView seen = other.view(start + 7s);
+    EXPECT_EQ(seen.clip, expected.clip);
+    EXPECT_EQ(seen.position, expected.position);
+    EXPECT_EQ(seen.jumps, expected.jumps);
+    EXPECT_EQ(seen.list_index, expected.list_index);
+}
+
 } // namespace veltosim

@@ -7,6 +7,7 @@
 #include <gtest/gtest.h>
 
 #include "sim/refusal.h"
+#include "sim/scenario.h"
 
 namespace veltosim
 {
@@ -21,7 +22,7 @@ constexpr TimePoint start{};
 class CommandsTest : public testing::Test
 {
 protected:
-    Station station{"studio", *find_standard("1080_50i"), ClipStore::with_examples()};
+    Station station{"studio", *find_standard("1080_50i"), default_scenario().clips};
     Registrations registrations;
 
     // The content of the one reply to `content` sent as a command, without what frames it.
@@ -178,7 +179,7 @@ TEST_F(CommandsTest, UnknownClipsAreNotFound)
     }
     EXPECT_EQ(answer_to(on('A', "list_load", "<ListID>x</ListID>")),
               error("list_load: there is no playlist 'x'; there are: 'evening_news', 'idents', "
-                    "'sport_desk'"));
+                    "'promos', 'sport_desk'"));
 }
 
 TEST_F(CommandsTest, PlayStopJogAndGotoObey)
@@ -359,7 +360,7 @@ TEST_F(CommandsTest, AListLoadsAndPlays)
 
 TEST_F(CommandsTest, EachExamplePlaylistLoads)
 {
-    for (const char* name : {"evening_news", "sport_desk", "idents"}) {
+    for (const char* name : {"evening_news", "sport_desk", "idents", "promos"}) {
         obey(on('A', "list_load", std::string("<ListID>") + name + "</ListID>"));
     }
 }
@@ -377,7 +378,9 @@ TEST_F(CommandsTest, StandingRegistrationsAreRemembered)
          "</watch_metadata_database>");
     using Watches = decltype(registrations.metadata);
     EXPECT_EQ(registrations.reports, std::set<std::size_t>{9});
-    EXPECT_EQ(registrations.channel_reports, (decltype(registrations.channel_reports){{11, 12}}));
+    EXPECT_TRUE(registrations.channel_reports.has(11, ChannelReportType::listplay));
+    EXPECT_FALSE(registrations.channel_reports.has(11, ChannelReportType::status));
+    EXPECT_FALSE(registrations.channel_reports.has(10, ChannelReportType::listplay));
     EXPECT_EQ(registrations.metadata, (Watches{{"db", ""}, {"db", "p"}, {"other", ""}}));
     obey("<unwatch_metadata_database><MetadataDatabase>db</MetadataDatabase>"
          "</unwatch_metadata_database>");

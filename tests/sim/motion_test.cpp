@@ -142,4 +142,30 @@ TEST(Motion, LongDurationsStayExact)
     EXPECT_EQ(duration_of(0xFFFFFFFF, {60, 1}).count(), 71582788250000000);
 }
 
+TEST(Motion, FieldsOfTheDayBeginAnewAtMidnight)
+{
+    EXPECT_EQ(fields_of_day(0s, fifty), 0u);
+    EXPECT_EQ(fields_of_day(20ms - 1ns, fifty), 0u);
+    EXPECT_EQ(fields_of_day(20ms, fifty), 1u);
+    EXPECT_EQ(fields_of_day(24h - 1ns, fifty), 24u * 3600 * 50 - 1);
+    EXPECT_EQ(fields_of_day(24h, fifty), 0u);
+    EXPECT_EQ(fields_of_day(1001s, {60000, 1001}), 60000u);
+}
+
+TEST(Motion, TheNextFieldIsTheOneThatIsCountedThen)
+{
+    EXPECT_EQ(next_field(start, fifty), start + 20ms);
+    EXPECT_EQ(next_field(start + 1ns, fifty), start + 20ms);
+    EXPECT_EQ(next_field(start + 20ms, fifty), start + 40ms);
+    const FieldRate rate{60000, 1001};
+    EXPECT_EQ(next_field(start + 24h - 1ns, rate), start + 24h);
+    TimePoint now = start + 123456h;
+    std::uint64_t number = fields_of_day(now.time_since_epoch(), rate);
+    for (int i = 0; i < 1000; ++i) {
+        now = next_field(now, rate);
+        EXPECT_EQ(fields_of_day(now.time_since_epoch(), rate), ++number);
+        EXPECT_EQ(fields_of_day(now.time_since_epoch() - 1ns, rate), number - 1);
+    }
+}
+
 } // namespace veltosim

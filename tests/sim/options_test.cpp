@@ -6,6 +6,8 @@
 
 #include <gtest/gtest.h>
 
+#include "sim/scenario.h"
+
 namespace veltosim
 {
 
@@ -42,6 +44,8 @@ TEST(Options, HaveDefaults)
     EXPECT_EQ(options->standard->name, "1080_50i");
     EXPECT_EQ(options->name, "veltosim");
     EXPECT_TRUE(options->clips.empty());
+    EXPECT_EQ(options->scenario, "");
+    EXPECT_FALSE(options->report_rate);
     EXPECT_FALSE(options->trace);
     EXPECT_EQ(out + err, "");
 }
@@ -50,12 +54,17 @@ TEST(Options, AreRead)
 {
     const auto [options, exit_code, out, err] =
         read({"--address", "127.1.2.3", "--standard", "720_60p", "--name", "b\xC3\xBChne", "--clip",
-              "race:18000:4", "--clip", "two words:1", "--trace"});
+              "race:18000:4", "--clip", "two words:1", "--trace", "--scenario", "mine.json",
+              "--report-rate", "10"});
     ASSERT_TRUE(options);
     EXPECT_EQ(options->address.to_string(), "127.1.2.3");
     EXPECT_EQ(options->standard->name, "720_60p");
     EXPECT_EQ(options->name, "b\xC3\xBChne");
     EXPECT_TRUE(options->trace);
+    EXPECT_EQ(options->scenario, "mine.json");
+    ASSERT_TRUE(options->report_rate);
+    EXPECT_EQ(options->report_rate->fields, 10u);
+    EXPECT_EQ(options->report_rate->seconds, 1u);
     ASSERT_EQ(options->clips.size(), 2u);
     EXPECT_EQ(options->clips[0].name, "race");
     EXPECT_EQ(options->clips[0].length, 18000u);
@@ -86,6 +95,9 @@ TEST(Options, BadOnesAreRefusedWithAReason)
         {{"--clip", "a:5:256"}, "the number of angles of 'a' cannot be '256'; 1 to 255 are"},
         {{"--clip", "a:5:"}, "the number of angles of 'a' cannot be ''"},
         {{"--clip", "a:5", "--clip", "a:6"}, "--clip: 'a' is given twice"},
+        {{"--report-rate", "0"}, "--report-rate: 0 is no rate; 1 to 1000 are allowed"},
+        {{"--report-rate", "1001"}, "--report-rate: 1001 is no rate"},
+        {{"--report-rate", "x"}, "--report-rate"},
         {{"--port", "1"}, "--port"},
         {{"extra"}, "extra"},
     };
@@ -103,13 +115,22 @@ TEST(Options, HelpAndVersionEndWell)
     const Reading help = read({"--help"});
     EXPECT_FALSE(help.options);
     EXPECT_EQ(help.exit_code, exit_ok);
-    for (const char* text : {"--address", "--clip", "8913", "sport_goal (4 angles)", "headlines",
-                             "evening_news", "Exit codes"}) {
+    for (const char* text :
+         {"--address", "--clip", "8913", "sport_goal (4 angles)", "headlines", "evening_news",
+          "--scenario", "--report-rate", "Exit codes", "5 bad scenario"}) {
         EXPECT_NE(help.out.find(text), std::string::npos) << text;
     }
     const Reading version = read({"--version"});
     EXPECT_EQ(version.exit_code, exit_ok);
     EXPECT_EQ(version.out.substr(0, 9), "veltosim ");
+}
+
+TEST(Options, TheBuiltInScenarioIsPrinted)
+{
+    const Reading reading = read({"--print-scenario"});
+    EXPECT_FALSE(reading.options);
+    EXPECT_EQ(reading.exit_code, exit_ok);
+    EXPECT_EQ(reading.out, default_scenario_text());
 }
 
 } // namespace veltosim

@@ -12,6 +12,7 @@
 #include <gtest/gtest.h>
 
 #include "sim/command_stream.h"
+#include "sim/scenario.h"
 
 namespace veltosim
 {
@@ -30,7 +31,7 @@ class ServerTest : public testing::Test
 {
 protected:
     asio::io_context context;
-    Station station{"studio", *find_standard("1080_50i"), ClipStore::with_examples()};
+    Station station{"studio", *find_standard("1080_50i"), default_scenario().clips};
     Log log{false};
     asio::ip::address_v4 address;
     std::unique_ptr<Server> server;
@@ -92,6 +93,37 @@ protected:
         asio::write(client, asio::buffer(bytes));
         return receive(client, "</reply>");
     }
+
+    // A client that receives more than the answers to what it asks.
+    struct Listener {
+        tcp::socket socket;
+        std::string received;
+    };
+
+    // What has come up to `ending`; the rest is for the next time.
+    std::string next(Listener& client, std::string_view ending)
+    {
+        std::error_code result;
+        std::size_t end = 0;
+        bool done = false;
+        asio::async_read_until(client.socket, asio::dynamic_buffer(client.received), ending,
+                               [&](const std::error_code& error, std::size_t count) {
+                                   result = error;
+                                   end = count;
+                                   done = true;
+                               });
+        run_until([&] { return done; });
+        const std::string message = result ? "(closed)" : client.received.substr(0, end);
+        client.received.erase(0, end);
+        return message;
+    }
+    std::string next_report(Listener& client) { return next(client, "</report>"); }
+
+    std::string ask(Listener& client, const std::string& bytes)
+    {
+        asio::write(client.socket, asio::buffer(bytes));
+        return next(client, "</reply>");
+    }
 };
 
 std::string command(int xid, const std::string& content)
@@ -103,6 +135,36 @@ std::string ok(int xid)
 {
     return "<reply><xid>" + std::to_string(xid) + "</xid><ok/></reply>";
 }
+
+std::string registering(const std::string& type)
+{
+    return "<channel_report_register><Channel>A</Channel><ChannelReportType>" + type +
+           "</ChannelReportType></channel_report_register>";
+}
+
+std::string status_report(const std::string& word, const std::string& clip = "")
+{
+    return "<report><channel_status><Channel>A</Channel><ChannelStatus>" + word +
+           "</ChannelStatus>" + (clip.empty() ? "" : "<ClipID>" + clip + "</ClipID>") +
+           "</channel_status></report>";
+}
+
+std::string speed_report(const std::string& speed)
+{
+    return "<report><channel_speed><Channel>A</Channel><Speed>" + speed +
+           "</Speed></channel_speed></report>";
+}
+
+int position_in(const std::string& report)
+{
+    const std::string tag = "<ClipPosition>";
+    const std::size_t begin = report.find(tag);
+    return begin == report.npos ? -1 : std::stoi(report.substr(begin + tag.size()));
+}
+
+const std::string cue_a = "<cue_clip><Channel>A</Channel><ClipID>news_open</ClipID></cue_clip>";
+const std::string play_a = "<play><Channel>A</Channel></play>";
+const std::string stop_a = "<stop><Channel>A</Channel></stop>";
 
 const std::string name_of_studio =
     "<computername><ComputerName>studio</ComputerName></computername>";
@@ -256,6 +318,89 @@ TEST_F(ServerTest, ASecondServerAtTheAddressIsRefused)
     } catch (const asio::system_error& problem) {
         EXPECT_EQ(problem.code(), asio::error::address_in_use);
     }
+}
+
+TEST_F(ServerTest, EachClientGetsTheReportsThatItRegistered)
+{
+    Listener first{connect(), {}};
+    Listener second{connect(), {}};
+    EXPECT_EQ(ask(first, command(1, registering("status"))), ok(1));
+    EXPECT_EQ(next_report(first), status_report("idle"));
+    EXPECT_EQ(ask(second, command(1, registering("speed"))), ok(1));
+    EXPECT_EQ(next_report(second), speed_report("0X"));
+
+    EXPECT_EQ(ask(second, command(2, cue_a)), ok(2));
+    EXPECT_EQ(next_report(first), status_report("cueing", "news_open"));
+    EXPECT_EQ(next_report(first), status_report("stop", "news_open"));
+    EXPECT_EQ(ask(first, command(2, play_a)), ok(2));
+    EXPECT_EQ(next_report(first), status_report("play", "news_open"));
+    EXPECT_EQ(next_report(second), speed_report("1X"));
+    EXPECT_EQ(ask(second, command(3, stop_a)), ok(3));
+    EXPECT_EQ(next_report(second), speed_report("0X"));
+    EXPECT_EQ(next_report(first), status_report("stop", "news_open"));
+}
+
+TEST_F(ServerTest, PositionsGoOnComingWhileAChannelMoves)
+{
+    Listener client{connect(), {}};
+    EXPECT_EQ(ask(client, command(1, cue_a)), ok(1));
+    EXPECT_EQ(ask(client, command(2, registering("timecode"))), ok(2));
+    EXPECT_EQ(position_in(next_report(client)), 0);
+    EXPECT_EQ(ask(client, command(3, play_a)), ok(3));
+    int last = 0;
+    for (int i = 0; i < 20; ++i) {
+        const int position = position_in(next_report(client));
+        EXPECT_GT(position, last);
+        last = position;
+    }
+}
+
+TEST_F(ServerTest, ReportsGoOnForTheOthersWhenAClientLeaves)
+{
+    Listener leaving{connect(), {}};
+    Listener staying{connect(), {}};
+    for (Listener* client : {&leaving, &staying}) {
+        EXPECT_EQ(ask(*client, command(1, registering("status"))), ok(1));
+        EXPECT_EQ(next_report(*client), status_report("idle"));
+    }
+    leaving.socket.close();
+    EXPECT_EQ(ask(staying, command(2, cue_a)), ok(2));
+    EXPECT_EQ(next_report(staying), status_report("cueing", "news_open"));
+    EXPECT_EQ(next_report(staying), status_report("stop", "news_open"));
+}
+
+TEST_F(ServerTest, AClientThatDoesNotReadMissesReportsAndHoldsUpNobody)
+{
+    Listener silent{tcp::socket(context, tcp::v4()), {}};
+    silent.socket.set_option(tcp::socket::receive_buffer_size(16384));
+    silent.socket.connect({address, server_port});
+    Listener other{connect(), {}};
+    EXPECT_EQ(ask(silent, command(1, registering("info"))), ok(1));
+    EXPECT_NE(next_report(silent).find("<ClipID></ClipID>"), std::string::npos);
+
+    // Each is a change to report, and all together far more than what is kept for a client.
+    constexpr int changes = 20000;
+    constexpr int changes_a_block = 1000;
+    for (int xid = 1; xid < changes; xid += changes_a_block) {
+        std::string block;
+        for (int i = 0; i < changes_a_block; ++i) {
+            block += command(xid + i, "<ee><Channel>A</Channel><SonyEditMask>" + std::to_string(i) +
+                                          "</SonyEditMask><AutoEE>true" + "</AutoEE></ee>");
+        }
+        asio::write(other.socket, asio::buffer(block));
+        EXPECT_EQ(next(other, ok(xid + changes_a_block - 1)).substr(0, ok(xid).size()), ok(xid));
+    }
+    EXPECT_EQ(ask(other, command(1, "<ee><Channel>A</Channel><SonyEditMask>1023</SonyEditMask>"
+                                    "<AutoEE>true</AutoEE></ee>")),
+              ok(1));
+
+    // Whatever was left out, the last one is what is true.
+    int reports = 0;
+    for (std::string report; report.find("<SonyEditMask>1023<") == std::string::npos; ++reports) {
+        report = next_report(silent);
+        ASSERT_TRUE(report.ends_with("</report>")) << report;
+    }
+    EXPECT_LT(reports, changes);
 }
 
 } // namespace veltosim

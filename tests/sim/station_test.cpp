@@ -7,6 +7,8 @@
 
 #include <gtest/gtest.h>
 
+#include "sim/scenario.h"
+
 namespace veltosim
 {
 
@@ -29,7 +31,7 @@ std::string squeezed(const std::string& line)
 
 TEST(Station, PrintsItsChannelsAsATable)
 {
-    Station station("studio", *find_standard("1080_50i"), ClipStore::with_examples());
+    Station station("studio", *find_standard("1080_50i"), default_scenario().clips);
     Material goal;
     goal.clip = station.clips.clip("sport_goal");
     goal.angle = 2;
@@ -54,7 +56,7 @@ TEST(Station, PrintsItsChannelsAsATable)
 
 TEST(Station, TheTableNamesAListAndItsElement)
 {
-    Station station("studio", *find_standard("1080_50i"), ClipStore::with_examples());
+    Station station("studio", *find_standard("1080_50i"), default_scenario().clips);
     Material ident;
     ident.clip = station.clips.clip("station_ident");
     LoadedList list;
