@@ -1,5 +1,6 @@
-// Drives the channels of a video server: connects, asks, loads, plays, jogs, seeks, is refused, and
-// lives through a loss of the link. Each step prints the call, its result, its text and its time.
+// Drives the channels of a video server: connects, asks, loads, plays, jogs, seeks, watches, is
+// refused, and lives through a loss of the link. Each step prints the call, its result, its time
+// and its text, and what it has brought.
 //
 //   demo ADDRESS [STOP-COMMAND START-COMMAND]
 //
@@ -61,11 +62,12 @@ private:
     template <typename Call>
     void step(const char* what, VeltoResult expected, Call call)
     {
+        value.clear();
         const auto start = Clock::now();
         const VeltoResult result = call();
         const auto time =
             std::chrono::duration_cast<std::chrono::microseconds>(Clock::now() - start);
-        const std::string text = last_error();
+        const std::string text = last_error() + (value.empty() ? "" : ": " + value);
         std::printf("  %-44s %d %8lld us  %s%s\n", what, static_cast<int>(result),
                     static_cast<long long>(time.count()), text.c_str(),
                     result == expected ? "" : "  <- not expected");
@@ -83,11 +85,15 @@ private:
     void ask_server();
     void drive_channels();
     void drive_gang();
+    void read_channel_a();
+    void watch_channels();
+    void count_notices();
     void be_refused();
     void lose_and_regain_link(const char* stop_command, const char* start_command);
     void let_play() { std::this_thread::sleep_for(std::chrono::milliseconds(400)); }
 
     VeltoHandle handle;
+    std::string value; // what the call of a step has brought
     bool as_expected = true;
 };
 
@@ -170,6 +176,80 @@ void Demo::drive_gang()
          [&] { return velto_cmd_gang_stop1(handle, gang); });
 }
 
+// The first read of each asks the server to report it; the next ones are local.
+void Demo::read_channel_a()
+{
+    step("velto_channel_status(A)", VELTO_RESULT_OK, [&] {
+        static const char* const states[] = {"none", "stopped", "cueing", "play", "record"};
+        uint32_t status = 0;
+        const VeltoResult result = velto_channel_status(handle, VELTO_CHANNEL_A, &status);
+        value = states[status];
+        return result;
+    });
+    step("velto_channel_clip(A)", VELTO_RESULT_OK, [&] {
+        VeltoChar clip[64] = {};
+        const VeltoResult result = velto_channel_clip(handle, VELTO_CHANNEL_A, {clip, 64});
+        value = printable(clip);
+        return result;
+    });
+    step("velto_channel_position(A)", VELTO_RESULT_OK, [&] {
+        uint32_t position = 0;
+        const VeltoResult result = velto_channel_position(handle, VELTO_CHANNEL_A, &position);
+        value = std::to_string(position);
+        return result;
+    });
+}
+
+// A short loop turns on B, and a playlist advances on C.
+void Demo::watch_channels()
+{
+    heading("A loop and a playlist");
+    step("velto_cmd_loadclip2(B, countdown, loop)", VELTO_RESULT_OK, [&] {
+        return velto_cmd_loadclip2(handle, VELTO_CHANNEL_B, VELTO_TEXT("countdown"),
+                                   VELTO_REPEAT_LOOP);
+    });
+    step("velto_cmd_play2(B, 20.0)", VELTO_RESULT_OK,
+         [&] { return velto_cmd_play2(handle, VELTO_CHANNEL_B, 20.0); });
+    step("velto_cmd_loadlist1(C, idents)", VELTO_RESULT_OK,
+         [&] { return velto_cmd_loadlist1(handle, VELTO_CHANNEL_C, VELTO_TEXT("idents")); });
+    step("velto_cmd_playlist_play_now(C, 0)", VELTO_RESULT_OK,
+         [&] { return velto_cmd_playlist_play_now(handle, VELTO_CHANNEL_C, 0); });
+    step("velto_cmd_play1(A)", VELTO_RESULT_OK,
+         [&] { return velto_cmd_play1(handle, VELTO_CHANNEL_A); });
+    heading("What the channels do, read from the cache");
+    read_channel_a();
+    for (int i = 0; i < 6; ++i) {
+        let_play();
+        std::printf("  ");
+        for (uint32_t channel = VELTO_CHANNEL_A; channel <= VELTO_CHANNEL_C; ++channel) {
+            VeltoChar clip[64] = {};
+            uint32_t position = 0;
+            velto_channel_clip(handle, channel, {clip, 64});
+            velto_channel_position(handle, channel, &position);
+            std::printf("%c %-14s %6u    ", 'A' + static_cast<int>(channel),
+                        printable(clip).c_str(), position);
+        }
+        std::printf("\n");
+        std::fflush(stdout);
+    }
+}
+
+void Demo::count_notices()
+{
+    constexpr uint32_t wait_ms = 100;
+    heading("Notices of half a second");
+    uint32_t counts[10] = {};
+    const auto end = Clock::now() + std::chrono::milliseconds(500);
+    while (Clock::now() < end) {
+        uint32_t kind = 0, channel = 0;
+        velto_get_notification(handle, wait_ms, &kind, &channel);
+        ++counts[kind % 10];
+    }
+    std::printf("  %u of positions, %u of speeds, %u of states, %u of clips\n",
+                counts[VELTO_NOTICE_POSITION], counts[VELTO_NOTICE_SPEED],
+                counts[VELTO_NOTICE_STATUS], counts[VELTO_NOTICE_CLIP]);
+}
+
 void Demo::be_refused()
 {
     heading("A refusal");
@@ -190,6 +270,7 @@ void Demo::lose_and_regain_link(const char* stop_command, const char* start_comm
     }
     step("velto_cmd_play1(A)", VELTO_RESULT_FAILED,
          [&] { return velto_cmd_play1(handle, VELTO_CHANNEL_A); });
+    read_channel_a();
 
     heading("The server comes back");
     if (std::system(start_command) != 0) {
@@ -205,6 +286,7 @@ void Demo::lose_and_regain_link(const char* stop_command, const char* start_comm
     step("velto_cmd_play1(A)", VELTO_RESULT_OK,
          [&] { return velto_cmd_play1(handle, VELTO_CHANNEL_A); });
     let_play();
+    read_channel_a();
 }
 
 bool Demo::run(const char* stop_command, const char* start_command)
@@ -218,6 +300,8 @@ bool Demo::run(const char* stop_command, const char* start_command)
     drive_channels();
     drive_gang();
     be_refused();
+    watch_channels();
+    count_notices();
     if (stop_command != nullptr) {
         lose_and_regain_link(stop_command, start_command);
     }

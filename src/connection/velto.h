@@ -17,13 +17,13 @@ public:
     VeltoConnObject();
     ~VeltoConnObject() override;
 
-    void on_report_channel_status(const ZAVL3::report::channel_status& report) override;
-    void on_report_channel_clipid(const ZAVL3::report::channel_clipid& report) override;
-    void on_report_channel_speed(const ZAVL3::report::channel_speed& report) override;
-    void on_report_channel_timecode(const ZAVL3::report::channel_timecode& report) override;
-    void on_report_channel_info(const ZAVL3::report::channel_info& report) override;
-
-#define VELTO_LIST_PLAY_REPORTS(REPORT)                                                            \
+    // The reports that feed the channel cache.
+#define VELTO_CACHED_REPORTS(REPORT)                                                               \
+    REPORT(channel_status)                                                                         \
+    REPORT(channel_clipid)                                                                         \
+    REPORT(channel_speed)                                                                          \
+    REPORT(channel_timecode)                                                                       \
+    REPORT(channel_info)                                                                           \
     REPORT(channel_listplay_list)                                                                  \
     REPORT(channel_listplay_unloaded)                                                              \
     REPORT(channel_listplay_item_exists)                                                           \
@@ -34,10 +34,10 @@ public:
     REPORT(channel_listplay_air_lock)                                                              \
     REPORT(channel_listplay_air_next)                                                              \
     REPORT(channel_listplay_loop)
-#define VELTO_LIST_PLAY_OPERATION(name)                                                            \
+#define VELTO_CACHED_REPORT_OPERATION(name)                                                        \
     void on_report_##name(const ZAVL3::report::name& report) override;
-    VELTO_LIST_PLAY_REPORTS(VELTO_LIST_PLAY_OPERATION)
-#undef VELTO_LIST_PLAY_OPERATION
+    VELTO_CACHED_REPORTS(VELTO_CACHED_REPORT_OPERATION)
+#undef VELTO_CACHED_REPORT_OPERATION
 
     // Repeats what the server has to know of this client: the registrations.
     void on_connection_up() override;
