@@ -3,49 +3,44 @@
 #include <array>
 #include <system_error>
 
+using asio::ip::tcp;
+
 namespace
 {
-
-using asio::ip::tcp;
 
 constexpr std::uint16_t port = 8913;
 constexpr std::uint32_t first_host = 0x7F0B0001; // 127.11.0.1, away from what else may listen
 
-void serve(tcp::socket client)
-{
-    static const std::string end_tag = "</cmd>";
-    std::string pending;
-    std::array<char, 65536> block;
-    std::error_code error;
-    for (;;) {
-        const std::size_t received = client.read_some(asio::buffer(block), error);
-        if (error) {
-            return;
-        }
-        pending.append(block.data(), received);
-        std::string replies;
-        std::size_t begin = 0;
-        for (std::size_t end = 0; (end = pending.find(end_tag, begin)) != std::string::npos;) {
-            end += end_tag.size();
-            replies += ok_reply_to(pending.substr(begin, end - begin));
-            begin = end;
-        }
-        pending.erase(0, begin);
-        asio::write(client, asio::buffer(replies), error);
-    }
-}
-
 } // namespace
+
+struct Responder::Client {
+    explicit Client(tcp::socket accepted) : socket(std::move(accepted)) {}
+
+    void send(const std::string& bytes)
+    {
+        const std::lock_guard guard(sending);
+        std::error_code gone;
+        asio::write(socket, asio::buffer(bytes), gone);
+    }
+
+    tcp::socket socket;
+    std::mutex sending;
+};
+
+std::string text_of(const std::string& command, std::string_view name)
+{
+    const std::string open = '<' + std::string(name) + '>';
+    const std::size_t begin = command.find(open) + open.size();
+    return command.substr(begin, command.find('<', begin) - begin);
+}
 
 std::string ok_reply_to(const std::string& command)
 {
-    static const std::string open = "<xid>";
-    const std::size_t begin = command.find(open) + open.size();
-    const std::string xid = command.substr(begin, command.find('<', begin) - begin);
-    return "<reply><xid>" + xid + "</xid><ok/></reply>";
+    return "<reply><xid>" + text_of(command, "xid") + "</xid><ok/></reply>";
 }
 
-Responder::Responder() : host(first_host), acceptor(context)
+Responder::Responder(Answer answer_to)
+    : host(first_host), answer(std::move(answer_to)), acceptor(context)
 {
     acceptor.open(tcp::v4());
     acceptor.set_option(tcp::acceptor::reuse_address(true));
@@ -74,16 +69,62 @@ tcp::endpoint Responder::endpoint() const
     return {asio::ip::address_v4(host), port};
 }
 
+void Responder::send(const std::string& bytes) const
+{
+    newest_client()->send(bytes);
+}
+
+void Responder::hang_up() const
+{
+    std::error_code ignored;
+    newest_client()->socket.shutdown(tcp::socket::shutdown_both, ignored);
+}
+
+std::shared_ptr<Responder::Client> Responder::newest_client() const
+{
+    const std::lock_guard guard(lock);
+    return last_client;
+}
+
 void Responder::accept_clients()
 {
     for (;;) {
         std::error_code error;
-        tcp::socket client(context);
-        acceptor.accept(client, error);
+        tcp::socket socket(context);
+        acceptor.accept(socket, error);
         if (error || stopping) {
             return;
         }
-        client.set_option(tcp::no_delay(true));
-        std::thread(serve, std::move(client)).detach();
+        socket.set_option(tcp::no_delay(true));
+        const auto client = std::make_shared<Client>(std::move(socket));
+        {
+            const std::lock_guard guard(lock);
+            last_client = client;
+        }
+        std::thread([client, answer_to = answer] { serve(client, answer_to); }).detach();
+    }
+}
+
+void Responder::serve(const std::shared_ptr<Client>& client, const Answer& answer_to)
+{
+    static const std::string end_tag = "</cmd>";
+    std::string pending;
+    std::array<char, 65536> block;
+    std::error_code error;
+    for (;;) {
+        const std::size_t received = client->socket.read_some(asio::buffer(block), error);
+        if (error) {
+            return;
+        }
+        pending.append(block.data(), received);
+        std::string replies;
+        std::size_t begin = 0;
+        for (std::size_t end = 0; (end = pending.find(end_tag, begin)) != std::string::npos;) {
+            end += end_tag.size();
+            replies += answer_to(pending.substr(begin, end - begin));
+            begin = end;
+        }
+        pending.erase(0, begin);
+        client->send(replies);
     }
 }

@@ -1,29 +1,17 @@
 #include "round_trip.h"
 
 #include "bare_link.h"
-#include "velto/velto.h"
+#include "library_link.h"
+#include "measure.h"
 
-#include <algorithm>
-#include <chrono>
 #include <cstdio>
-#include <cstdlib>
 #include <vector>
 
 namespace
 {
 
-using Clock = std::chrono::steady_clock;
-
 // Six digits, as most transaction identifiers of a long measurement have, in every competitor.
 constexpr std::uint32_t sample_xid = 100000;
-
-void require(bool good, const char* what)
-{
-    if (!good) {
-        std::fprintf(stderr, "velto_bench: %s\n", what);
-        std::exit(1);
-    }
-}
 
 struct Contestant {
     const char* name;
@@ -34,24 +22,9 @@ struct Contestant {
     {
         const auto start = Clock::now();
         call();
-        times_us.push_back(std::chrono::duration<double, std::micro>(Clock::now() - start).count());
-    }
-
-    double percentile(double fraction)
-    {
-        const auto last = static_cast<double>(times_us.size() - 1);
-        const auto nth = times_us.begin() + static_cast<std::ptrdiff_t>(fraction * last);
-        std::nth_element(times_us.begin(), nth, times_us.end());
-        return *nth;
+        times_us.push_back(seconds_since(start) * 1e6);
     }
 };
-
-VeltoHandle connect_library(const Responder& responder)
-{
-    const VeltoHandle handle = velto_connect(responder.address());
-    velto_wait_until_connected(handle);
-    return handle;
-}
 
 template <typename Call>
 double calls_per_second(int count, Call call)
@@ -60,7 +33,7 @@ double calls_per_second(int count, Call call)
     for (int i = 0; i < count; ++i) {
         call();
     }
-    return count / std::chrono::duration<double>(Clock::now() - start).count();
+    return count / seconds_since(start);
 }
 
 } // namespace
@@ -76,7 +49,7 @@ void measure_round_trips(bool smoke)
     const std::size_t reply_bytes = ok_reply_to(command).size();
     BareLink one_thread(responder);
     ThreadedLink two_threads(responder, reply_bytes);
-    const VeltoHandle handle = connect_library(responder);
+    const LibraryLink link(responder);
 
     Contestant floor1{"socket, one thread", {}};
     Contestant floor2{"socket, reader thread and semaphore", {}};
@@ -96,23 +69,22 @@ void measure_round_trips(bool smoke)
         }
         for (int i = 0; i < calls_per_round; ++i) {
             library.time([&] {
-                require(velto_cmd_stop1(handle, VELTO_CHANNEL_A) == VELTO_RESULT_OK,
+                require(velto_cmd_stop1(link.handle, VELTO_CHANNEL_A) == VELTO_RESULT_OK,
                         "velto_cmd_stop1 failed");
             });
         }
     }
-    velto_close(handle);
 
-    const double base1 = floor1.percentile(0.5);
-    const double base2 = floor2.percentile(0.5);
+    const double base1 = median(floor1.times_us);
+    const double base2 = median(floor2.times_us);
     std::printf("round trip on loopback, %d calls each, in turns of %d\n", rounds * calls_per_round,
                 calls_per_round);
     std::printf("  %-38s %10s %10s %12s %12s\n", "", "median us", "99 % us", "of 1 thread",
                 "of 2 threads");
     for (Contestant* contestant : {&floor1, &floor2, &library}) {
-        const double median = contestant->percentile(0.5);
-        std::printf("  %-38s %10.1f %10.1f %12.2f %12.2f\n", contestant->name, median,
-                    contestant->percentile(0.99), median / base1, median / base2);
+        const double middle = median(contestant->times_us);
+        std::printf("  %-38s %10.1f %10.1f %12.2f %12.2f\n", contestant->name, middle,
+                    percentile(contestant->times_us, 0.99), middle / base1, middle / base2);
     }
 }
 
@@ -124,8 +96,8 @@ void measure_rates(bool smoke)
     const Responder responder;
     const std::string command = stop_command(sample_xid);
     ThreadedLink bare(responder, ok_reply_to(command).size());
-    const VeltoHandle handle = connect_library(responder);
-    velto_synchronous(handle, VELTO_COMMANDS_DO_NOT_WAIT);
+    const LibraryLink link(responder);
+    velto_synchronous(link.handle, VELTO_COMMANDS_DO_NOT_WAIT);
 
     std::vector<double> sends, commands;
     for (int round = 0; round < rounds; ++round) {
@@ -134,17 +106,14 @@ void measure_rates(bool smoke)
             bare.wait_for_reply();
         }
         commands.push_back(calls_per_second(count, [&] {
-            require(velto_cmd_stop1(handle, VELTO_CHANNEL_A) == VELTO_RESULT_OK,
+            require(velto_cmd_stop1(link.handle, VELTO_CHANNEL_A) == VELTO_RESULT_OK,
                     "velto_cmd_stop1 failed");
         }));
-        velto_sync(handle);
+        velto_sync(link.handle);
     }
-    velto_close(handle);
 
-    std::sort(sends.begin(), sends.end());
-    std::sort(commands.begin(), commands.end());
-    const double send_rate = sends[sends.size() / 2];
-    const double command_rate = commands[commands.size() / 2];
+    const double send_rate = median(sends);
+    const double command_rate = median(commands);
     std::printf("not waited for, %d bursts of %d each, in turns; median\n", rounds, count);
     std::printf("  %-38s %10.0f a second\n", "bare sends of the same bytes", send_rate);
     std::printf("  %-38s %10.0f a second (%.2f of them)\n", "velto_cmd_stop1", command_rate,

@@ -1,0 +1,18 @@
+#pragma once
+
+#include <chrono>
+#include <cstddef>
+#include <vector>
+
+// What all measurements share.
+
+using Clock = std::chrono::steady_clock;
+
+// Ends the program unless `good`: a figure of something that failed would mean nothing.
+void require(bool good, const char* what);
+
+double seconds_since(Clock::time_point start);
+
+// Reorders `values`. The fraction 0.5 is the median.
+double percentile(std::vector<double>& values, double fraction);
+double median(std::vector<double>& values);
