@@ -10,6 +10,14 @@ namespace
 
 constexpr std::uint16_t port = 8913;
 constexpr std::uint32_t first_host = 0x7F0B0001; // 127.11.0.1, away from what else may listen
+constexpr std::string_view end_tag = "</cmd>";
+
+// Never destroyed: clients that the library leaves open are served until the process ends.
+asio::io_context& context()
+{
+    static auto* const shared = new asio::io_context;
+    return *shared;
+}
 
 } // namespace
 
@@ -40,7 +48,7 @@ std::string ok_reply_to(const std::string& command)
 }
 
 Responder::Responder(Answer answer_to)
-    : host(first_host), answer(std::move(answer_to)), acceptor(context)
+    : host(first_host), answer(std::move(answer_to)), acceptor(context())
 {
     acceptor.open(tcp::v4());
     acceptor.set_option(tcp::acceptor::reuse_address(true));
@@ -59,7 +67,7 @@ Responder::~Responder()
 {
     stopping = true;
     std::error_code ignored;
-    tcp::socket last(context);
+    tcp::socket last(context());
     last.connect(endpoint(), ignored); // ends the waiting for one more
     thread.join();
 }
@@ -90,7 +98,7 @@ void Responder::accept_clients()
 {
     for (;;) {
         std::error_code error;
-        tcp::socket socket(context);
+        tcp::socket socket(context());
         acceptor.accept(socket, error);
         if (error || stopping) {
             return;
@@ -107,7 +115,6 @@ void Responder::accept_clients()
 
 void Responder::serve(const std::shared_ptr<Client>& client, const Answer& answer_to)
 {
-    static const std::string end_tag = "</cmd>";
     std::string pending;
     std::array<char, 65536> block;
     std::error_code error;

@@ -45,7 +45,6 @@ private:
     std::uint32_t host;
     const Answer answer;
     std::atomic<bool> stopping{false};
-    asio::io_context context;
     asio::ip::tcp::acceptor acceptor;
     mutable std::mutex lock;
     std::shared_ptr<Client> last_client; // guarded by lock

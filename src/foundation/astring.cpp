@@ -261,7 +261,11 @@ bool AString::ends_with(const AString& suffix, ACompare mode) const
 
 bool operator==(const AString& a, const AString& b)
 {
-    return a.len == b.len && a.compare(0, b, 0, AString::rest, ACompare::exact) == 0;
+    if (a.len != b.len) {
+        return false;
+    }
+    const bool same_view = a.storage.get() == b.storage.get() && a.start_offset == b.start_offset;
+    return same_view || a.compare(0, b, 0, AString::rest, ACompare::exact) == 0;
 }
 
 bool operator<(const AString& a, const AString& b)

@@ -28,7 +28,8 @@ class nonstd_list
 public:
     struct EntryStruct {
         EntryStruct() = default;
-        explicit EntryStruct(T content) : value(std::move(content)) {}
+        explicit EntryStruct(const T& content) : value(content) {}
+        explicit EntryStruct(T&& content) : value(std::move(content)) {}
 
         std::shared_ptr<EntryStruct> next;
         std::shared_ptr<EntryStruct> prev;
@@ -55,9 +56,9 @@ public:
                 return;
             }
             entry->next.reset();
-            entry->prev = tail;
-            tail = entry;
+            entry->prev = std::move(tail);
             (entry->prev ? entry->prev->next : head) = entry;
+            tail = std::move(entry);
             ++count;
         }
 

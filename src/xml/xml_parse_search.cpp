@@ -45,6 +45,10 @@ bool XMLTagSearch::find(std::string_view name, const unsigned char* bytes, std::
             }
             start = static_cast<std::uint64_t>(static_cast<const unsigned char*>(angle) - bytes);
             end = start + 1;
+            if (end < count && !can_begin(name, bytes[end])) { // most tags go no further
+                restart(end);
+                continue;
+            }
             expected = closing ? Expected::slash : Expected::name;
             matched = 0;
         } else if (end == count) {
@@ -56,6 +60,13 @@ bool XMLTagSearch::find(std::string_view name, const unsigned char* bytes, std::
         }
     }
     return true;
+}
+
+// Whether the byte can follow the opening angle.
+bool XMLTagSearch::can_begin(std::string_view name, unsigned char byte) const
+{
+    const char first = closing ? '/' : name.empty() ? '>' : name.front();
+    return byte == static_cast<unsigned char>(first) || is_raw_space(byte);
 }
 
 // False when the byte cannot follow in the tag.

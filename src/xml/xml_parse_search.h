@@ -27,6 +27,7 @@ public:
 private:
     enum class Expected { angle, slash, name, close_angle, nothing };
 
+    bool can_begin(std::string_view name, unsigned char byte) const;
     bool take(std::string_view name, unsigned char byte);
 
     bool closing;
