@@ -182,6 +182,47 @@ TEST(Client, ACommandBehindAFailedSendFailsAllAtOnce)
     EXPECT_EQ(second.outcome(), link_loss);
 }
 
+// Holds a writer in its send until it is let go, and then fails.
+struct ParkedSend {
+    static std::ptrdiff_t send(platform::SocketHandle, const void*, std::size_t)
+    {
+        steps->note("entered");
+        steps->await("let go");
+        return -1;
+    }
+
+    static inline std::optional<EventLog> steps;
+};
+
+// The number of a closed socket is soon that of another: it stays taken while somebody may send.
+TEST(Client, ALossDoesNotCloseTheSocketUnderAWriter)
+{
+    TestClient client;
+    ScriptServer server;
+    ScriptLink link = client.connect(server);
+    ParkedSend::steps.emplace();
+    client.send_block = &ParkedSend::send;
+    auto writing = in_thread([&] { return client.issue_stop().outcome(); });
+    ParkedSend::steps->await("entered");
+
+    link.send(broken_stream());
+    link.expect_end(); // the worker is at its loss
+    std::this_thread::sleep_for(std::chrono::milliseconds(100));
+    EXPECT_TRUE(client.is_connected());
+    std::vector<platform::SocketHandle> others(20);
+    for (platform::SocketHandle& other : others) {
+        other = platform::open_socket();
+        EXPECT_NE(other, client.socket_handle);
+    }
+
+    ParkedSend::steps->note("let go");
+    EXPECT_EQ(await(std::move(writing)), link_loss);
+    client.events.await("down");
+    for (const platform::SocketHandle other : others) {
+        platform::close_socket(other);
+    }
+}
+
 TEST(Client, ALongCommandGoesOutInBlocksOfAtMost1500Bytes)
 {
     TestClient client;

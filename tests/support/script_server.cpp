@@ -154,7 +154,6 @@ void ScriptLink::send(std::string_view bytes)
 
 void ScriptLink::send_byte_by_byte(std::string_view bytes)
 {
-    side->socket.set_option(tcp::no_delay(true));
     for (const char& byte : bytes) {
         send({&byte, 1});
     }
@@ -224,5 +223,6 @@ ScriptLink ScriptServer::accept()
     if (error) {
         throw std::runtime_error("the server cannot accept: " + error.message());
     }
+    side->socket.set_option(tcp::no_delay(true)); // each step of a script is on its way at once
     return ScriptLink(std::move(side));
 }
