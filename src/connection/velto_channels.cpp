@@ -10,7 +10,6 @@ namespace
 
 constexpr std::int64_t first_report_wait_seconds = 5;
 
-// A handler finds the channel of its report, or drops it.
 template <typename Report>
 std::uint32_t channel_of(const Report& report)
 {
@@ -28,7 +27,8 @@ command::channel_report_register VeltoConnObject::register_command(std::uint32_t
     return command;
 }
 
-// The value and the flag under the lock, the notices after it.
+// The value and the flag under the lock, the notices after it. A report for a channel that is not
+// tracked is dropped.
 //
 // Thread: worker. Locks: the item's, for the assignment alone.
 template <typename Report, typename Value, typename Assign>
