@@ -21,7 +21,7 @@ using platform::WaitResult;
 constexpr std::uint32_t an_hour_ms = 3'600'000;
 
 // What `wait` returns on a thread that is interrupted all the time. `event`, which is to end the
-// wait, happens when many signals have been handled.
+// wait, happens when many signals have been sent.
 template <typename Wait, typename Event>
 auto under_signals(Wait wait, Event event)
 {
@@ -29,7 +29,7 @@ auto under_signals(Wait wait, Event event)
         const SignalStorm storm;
         return wait();
     });
-    while (SignalStorm::handled < 50 && waiting.wait_for(1ms) != std::future_status::ready) {
+    while (SignalStorm::sent < 50 && waiting.wait_for(1ms) != std::future_status::ready) {
     }
     event();
     return await(std::move(waiting));
@@ -38,7 +38,7 @@ auto under_signals(Wait wait, Event event)
 class PosixSignals : public testing::Test
 {
 protected:
-    void SetUp() override { SignalStorm::handled = 0; }
+    void SetUp() override { SignalStorm::sent = 0; }
 };
 
 TEST_F(PosixSignals, DoNotEndAWaitForASemaphore)
@@ -50,7 +50,7 @@ TEST_F(PosixSignals, DoNotEndAWaitForASemaphore)
         return [&, time_ms] { return platform::wait_semaphore(semaphore.get(), time_ms); };
     };
     EXPECT_EQ(under_signals(wait(platform::infinite), release), WaitResult::signalled);
-    SignalStorm::handled = 0;
+    SignalStorm::sent = 0;
     EXPECT_EQ(under_signals(wait(an_hour_ms), release), WaitResult::signalled);
 
     const SignalStorm storm;
@@ -81,7 +81,7 @@ TEST_F(PosixSignals, DoNotEndAWaitForBytes)
         EXPECT_GE(Clock::now() - start, 200ms);
     }
     for (const std::uint32_t time_ms : {platform::infinite, an_hour_ms}) {
-        SignalStorm::handled = 0;
+        SignalStorm::sent = 0;
         EXPECT_EQ(
             under_signals([&] { return platform::wait_readable(socket, time_ms); }, send_byte), 1);
         char byte = 0;
