@@ -5,9 +5,10 @@
  * What holds for every function:
  *
  * 1. Handles. velto_connect gives a VeltoHandle: opaque, never 0, good in every thread of the
- *    process until velto_close. A closed number is not given out again until the 32-bit counter has
- *    wrapped. An unknown or closed handle does no harm: functions that return a VeltoResult give
- *    VELTO_RESULT_INVALID_HANDLE, the others say what they do.
+ *    process until velto_close. Clip records and lists of names have handles of their own, numbered
+ *    with the same counter, which outlive their connection. A closed number is not given out again
+ *    until the 32-bit counter has wrapped. An unknown or closed handle does no harm: functions that
+ *    return a VeltoResult give VELTO_RESULT_INVALID_HANDLE, the others say what they do.
  *
  * 2. Buffers. All memory is the caller's. Nothing is allocated for the caller or has to be freed,
  *    and no pointer is kept after the call has returned. Pointers are not checked: a null input
@@ -76,6 +77,46 @@
  *     length, repeat, angle, EE and pre-cues; status, clip, position and speed are one each. Once a
  *     call has succeeded, later ones never wait: they give the last value, however old, also while
  *     the link is down.
+ *
+ * 12. Clip records. velto_open_clip_metadata fetches all that the server knows of a clip into a
+ *     record, which the readers give without traffic, also when the connection has been closed. The
+ *     record is a snapshot: only the writers change it, each on the server first and then in this
+ *     record. What others change shows in a record that is opened later;
+ *     velto_track_change_changed_clip tells of it. VELTO_RESULT_OK: given.
+ *     VELTO_RESULT_INVALID_HANDLE: the record is unknown. What the server has left out of the
+ *     record is given as 0 or the empty text. The output is written on success only. Does not
+ *     block.
+ *
+ * 13. Writers of clip records. A writer changes one thing of the clip on the server; when that has
+ *     succeeded the record says so too. Whether the clip may be written to is for the server to
+ *     say. VELTO_RESULT_OK: changed. VELTO_RESULT_FAILED: refused (text: the server's message), or
+ *     the link is down or was lost (text "Failing all outstanding commands").
+ *     VELTO_RESULT_INVALID_HANDLE: the record or its connection has been closed, during the call
+ *     too. After a failure the record is as it was. It waits for the reply (rule 7), unless
+ *     velto_synchronous has chosen VELTO_COMMANDS_DO_NOT_WAIT; then the record changes at once, and
+ *     what becomes of the command is never reported.
+ *
+ * 14. Lists of names. A list of names is a snapshot of what the server has. Its names are taken one
+ *     by one, in the order of the server, until the empty text comes. The list belongs to no
+ *     connection and to no kind: any of the functions that take names or free lists serves all
+ *     lists, the keys of velto_clip_open_metakeys too. VELTO_RESULT_OK: also when there are none.
+ *     VELTO_RESULT_FAILED: refused (text: the server's message), or the link is down or was lost
+ *     (text "Failing all outstanding commands"). VELTO_RESULT_INVALID_HANDLE: the handle is
+ *     unknown. With a null output no list is made. The output is written on success only. It waits
+ *     for all names (rule 7), whatever velto_synchronous has chosen.
+ *
+ * 15. Changes. Once changes are tracked the connection collects the names of what has been created,
+ *     changed or deleted, from whichever client, and goes on over a lost link by itself; only what
+ *     happens while the link is down is not seen. The application takes the names one by one, in
+ *     the order of their characters and not of events, until the empty text comes. Each name stands
+ *     for what has become of it since it was last taken: what was changed after it was created is
+ *     only added, what was deleted only deleted. Names are kept until they are taken.
+ *     VELTO_RESULT_OK: tracked. VELTO_RESULT_FAILED: refused, or the link is down or was lost at
+ *     the first call (text "OK"). VELTO_RESULT_INVALID_HANDLE: the handle is unknown. So only the
+ *     result tells of a failure, not the text; the next call tries again. The output is written on
+ *     success only. The first call for clips or for directories asks the server for their changes,
+ *     whatever velto_synchronous has chosen, and waits for the reply (rule 7); once that has
+ *     succeeded later calls do not block.
  */
 
 #ifndef VELTO_VELTO_H
@@ -116,6 +157,12 @@ typedef char16_t VeltoChar;
 
 /** An open connection; never 0. */
 typedef uint32_t VeltoHandle;
+
+/** An open clip record; never 0. */
+typedef uint32_t VeltoRecordHandle;
+
+/** An open list of names; never 0. */
+typedef uint32_t VeltoListHandle;
 
 /** A VeltoResultCode. */
 typedef int32_t VeltoResult;
@@ -239,6 +286,41 @@ enum VeltoRepeat {
     VELTO_REPEAT_LOOP_TO = 2,
     VELTO_REPEAT_PING_PONG = 3,
     VELTO_REPEAT_PING_PONG_TO = 4,
+};
+
+/** Whether something is so. */
+enum VeltoAnswer {
+    VELTO_NO = 0,
+    VELTO_YES = 1,
+};
+
+/** Tracks of a clip. */
+enum VeltoTrackBits {
+    VELTO_TRACK_NONE = 0,
+    VELTO_TRACK_VIDEO = 1,
+    VELTO_TRACK_KEY = 2,
+    VELTO_TRACK_AUDIO = 4,
+    VELTO_TRACK_ALL = 7,
+};
+
+/** How the pictures of a clip are played at other than normal speed. */
+enum VeltoPlayback {
+    VELTO_PLAYBACK_FIELD = 0, /**< Also automatic, and all not listed. */
+    VELTO_PLAYBACK_F12 = 1,   /**< Both fields of a frame. */
+};
+
+/** Where the timecode of a clip comes from. */
+enum VeltoTimecodeSource {
+    VELTO_TIMECODE_ZERO_BASED = 0,
+    VELTO_TIMECODE_STRIPED = 1, /**< velto_set_clip_timecode_stripe. */
+    VELTO_TIMECODE_RECORDED = 2,
+    VELTO_TIMECODE_RECORDED_STRIPE = 3, /**< Counted from the first recorded. */
+};
+
+/** Whether a timecode leaves out numbers to keep up with the clock. */
+enum VeltoDropFrame {
+    VELTO_DROP_FRAME = 0,
+    VELTO_NON_DROP_FRAME = 1,
 };
 
 /** What makes a pre-cued clip follow the present one. */
@@ -410,6 +492,33 @@ VELTO_API VeltoResult velto_video_frequency(VeltoHandle handle, uint32_t* freque
  * @return 0, 2 or 3 of VeltoResultCode, as any question (rule 10).
  */
 VELTO_API VeltoResult velto_video_resolution(VeltoHandle handle, uint32_t* resolution);
+
+/**
+ * Asks the server for its disk space.
+ *
+ * @param handle           Connection.
+ * @param[out] total       Receives the size, in bytes.
+ * @param[out] available   Receives what is free, in bytes.
+ * @param[out] field_size  Receives the size of a field of video, in bytes.
+ * @return 0, 2 or 3 of VeltoResultCode, as any question (rule 10).
+ */
+VELTO_API VeltoResult velto_disk_usage1(VeltoHandle handle, uint64_t* total, uint64_t* available,
+                                        uint32_t* field_size);
+
+/**
+ * Asks the server how much video its disks hold.
+ * Both are whole frames, so even, but for 4294967295, to which a larger number is cut. It waits for
+ * the reply (rule 7), whatever velto_synchronous has chosen. The outputs are written on success
+ * only.
+ *
+ * @param handle          Connection.
+ * @param[out] total      Receives the size, in fields.
+ * @param[out] available  Receives what is free, in fields.
+ * @return VELTO_RESULT_OK: answered. VELTO_RESULT_FAILED: refused, or the link is down or was lost
+ *     (text "OK"), or the server gives a field the size 0 (text "Internal software error").
+ *     VELTO_RESULT_INVALID_HANDLE: the handle is unknown.
+ */
+VELTO_API VeltoResult velto_disk_usage2(VeltoHandle handle, uint32_t* total, uint32_t* available);
 
 /* ---- Channel state --------------------------------------------------------------------------- */
 
@@ -1078,6 +1187,777 @@ VELTO_API VeltoResult velto_cmd_playlist_play_now(VeltoHandle handle, uint32_t c
  */
 VELTO_API VeltoResult velto_cmd_playlist_play_next(VeltoHandle handle, uint32_t channel,
                                                    uint32_t index);
+
+/* ---- Clips on the server --------------------------------------------------------------------- */
+
+/**
+ * Asks whether there is a clip of a name.
+ * The output may be null. It waits for the reply (rule 7), whatever velto_synchronous has chosen.
+ * On any failure, an unknown handle included, the output is VELTO_NO.
+ *
+ * @param handle       Connection.
+ * @param clip         Name of the clip.
+ * @param[out] exists  Receives whether, a VeltoAnswer.
+ * @return VELTO_RESULT_OK: answered. VELTO_RESULT_FAILED: refused (text: the server's message), or
+ *     the link is down or was lost (text "Failing all outstanding commands").
+ *     VELTO_RESULT_INVALID_HANDLE: the handle is unknown.
+ */
+VELTO_API VeltoResult velto_clip_exists(VeltoHandle handle, const VeltoChar* clip,
+                                        uint32_t* exists);
+
+/** velto_create_clip3 without channel and length. */
+VELTO_API VeltoResult velto_create_clip1(VeltoHandle handle, const VeltoChar* clip,
+                                         uint32_t tracks);
+
+/** velto_create_clip3 without channel. */
+VELTO_API VeltoResult velto_create_clip2(VeltoHandle handle, const VeltoChar* clip, uint32_t tracks,
+                                         uint32_t length);
+
+/**
+ * Creates a clip that is ready to be recorded.
+ * A video track is created with its timecode track.
+ *
+ * @param handle   Connection.
+ * @param channel  Channel, a VeltoChannel; any other number addresses channel A.
+ * @param clip     Name of the clip.
+ * @param tracks   Tracks, VeltoTrackBits combined; other bits are ignored.
+ * @param length   Length, in fields.
+ * @return 0, 2 or 3 of VeltoResultCode, as any command (rule 9).
+ */
+VELTO_API VeltoResult velto_create_clip3(VeltoHandle handle, uint32_t channel,
+                                         const VeltoChar* clip, uint32_t tracks, uint32_t length);
+
+/** velto_create_child_clip2 without angle. */
+VELTO_API VeltoResult velto_create_child_clip1(VeltoHandle handle, const VeltoChar* clip,
+                                               const VeltoChar* parent);
+
+/**
+ * Creates a clip that is one more angle of another clip.
+ *
+ * @param handle  Connection.
+ * @param clip    Name of the clip.
+ * @param parent  Name of the clip that it becomes an angle of.
+ * @param angle   Camera angle: 0 to 255; of a larger number the low 8 bits count.
+ * @return 0, 2 or 3 of VeltoResultCode, as any command (rule 9).
+ */
+VELTO_API VeltoResult velto_create_child_clip2(VeltoHandle handle, const VeltoChar* clip,
+                                               const VeltoChar* parent, uint32_t angle);
+
+/**
+ * Creates a directory for clips.
+ *
+ * @param handle     Connection.
+ * @param directory  Name of the directory.
+ * @return 0, 2 or 3 of VeltoResultCode, as any command (rule 9).
+ */
+VELTO_API VeltoResult velto_create_directory(VeltoHandle handle, const VeltoChar* directory);
+
+/**
+ * Deletes a clip.
+ *
+ * @param handle  Connection.
+ * @param clip    Name of the clip.
+ * @return 0, 2 or 3 of VeltoResultCode, as any command (rule 9).
+ */
+VELTO_API VeltoResult velto_delete_clip(VeltoHandle handle, const VeltoChar* clip);
+
+/**
+ * Gives a clip another name.
+ *
+ * @param handle  Connection.
+ * @param from    Name that it has.
+ * @param to      Name that it gets.
+ * @return 0, 2 or 3 of VeltoResultCode, as any command (rule 9).
+ */
+VELTO_API VeltoResult velto_rename_clip(VeltoHandle handle, const VeltoChar* from,
+                                        const VeltoChar* to);
+
+/**
+ * Would protect a clip from changes, but always fails.
+ * The name is not looked at. Does not block; nothing is sent.
+ *
+ * @param handle  Connection.
+ * @param clip    Name of the clip.
+ * @return VELTO_RESULT_FAILED: always, with a known handle (text "Not implemented").
+ *     VELTO_RESULT_INVALID_HANDLE: the handle is unknown.
+ */
+VELTO_API VeltoResult velto_set_readonly(VeltoHandle handle, const VeltoChar* clip);
+
+/**
+ * Would let a clip be changed again, but always fails.
+ * The name is not looked at. Does not block; nothing is sent.
+ *
+ * @param handle  Connection.
+ * @param clip    Name of the clip.
+ * @return VELTO_RESULT_FAILED: always, with a known handle (text "Not implemented").
+ *     VELTO_RESULT_INVALID_HANDLE: the handle is unknown.
+ */
+VELTO_API VeltoResult velto_unset_readonly(VeltoHandle handle, const VeltoChar* clip);
+
+/* ---- Clip records ---------------------------------------------------------------------------- */
+
+/**
+ * Fetches the record of a clip.
+ * With a null output no record is made. Close it with velto_close_clip_metadata. It waits for the
+ * reply (rule 7), whatever velto_synchronous has chosen. The output is written on success only.
+ *
+ * @param handle       Connection.
+ * @param clip         Name of the clip.
+ * @param[out] record  Receives the handle of the record.
+ * @return VELTO_RESULT_OK: answered. VELTO_RESULT_FAILED: refused (text: the server's message), or
+ *     the link is down or was lost (text "Failing all outstanding commands").
+ *     VELTO_RESULT_INVALID_HANDLE: the handle is unknown.
+ */
+VELTO_API VeltoResult velto_open_clip_metadata(VeltoHandle handle, const VeltoChar* clip,
+                                               VeltoRecordHandle* record);
+
+/**
+ * Frees a clip record.
+ * Does not block.
+ *
+ * @param record  Clip record.
+ * @return VELTO_RESULT_OK: always, whether or not the record is known.
+ */
+VELTO_API VeltoResult velto_close_clip_metadata(VeltoRecordHandle record);
+
+/**
+ * Gives the title of the clip.
+ *
+ * @param record      Clip record.
+ * @param[out] title  Receives it.
+ * @return 0 or 3 of VeltoResultCode, as any reader (rule 12).
+ */
+VELTO_API VeltoResult velto_clip_title(VeltoRecordHandle record, VeltoTextBuffer title);
+
+/**
+ * Gives who has made the clip.
+ *
+ * @param record        Clip record.
+ * @param[out] creator  Receives it.
+ * @return 0 or 3 of VeltoResultCode, as any reader (rule 12).
+ */
+VELTO_API VeltoResult velto_clip_creator(VeltoRecordHandle record, VeltoTextBuffer creator);
+
+/**
+ * Gives the project of the clip.
+ *
+ * @param record        Clip record.
+ * @param[out] project  Receives it.
+ * @return 0 or 3 of VeltoResultCode, as any reader (rule 12).
+ */
+VELTO_API VeltoResult velto_clip_project(VeltoRecordHandle record, VeltoTextBuffer project);
+
+/**
+ * Gives the unique id of the clip.
+ *
+ * @param record     Clip record.
+ * @param[out] uuid  Receives it.
+ * @return 0 or 3 of VeltoResultCode, as any reader (rule 12).
+ */
+VELTO_API VeltoResult velto_clip_uuid(VeltoRecordHandle record, VeltoTextBuffer uuid);
+
+/**
+ * Gives the unique id of the clip that this one is an angle of.
+ *
+ * @param record            Clip record.
+ * @param[out] parent_uuid  Receives it.
+ * @return 0 or 3 of VeltoResultCode, as any reader (rule 12).
+ */
+VELTO_API VeltoResult velto_clip_parent_uuid(VeltoRecordHandle record, VeltoTextBuffer parent_uuid);
+
+/**
+ * Gives the length of the clip.
+ *
+ * @param record       Clip record.
+ * @param[out] length  Receives the length, in fields.
+ * @return 0 or 3 of VeltoResultCode, as any reader (rule 12).
+ */
+VELTO_API VeltoResult velto_clip_length(VeltoRecordHandle record, uint32_t* length);
+
+/**
+ * Gives where the loop of the clip begins.
+ *
+ * @param record         Clip record.
+ * @param[out] position  Receives the position, in fields.
+ * @return 0 or 3 of VeltoResultCode, as any reader (rule 12).
+ */
+VELTO_API VeltoResult velto_clip_loop_in_point(VeltoRecordHandle record, uint32_t* position);
+
+/**
+ * Gives where the loop of the clip ends.
+ *
+ * @param record         Clip record.
+ * @param[out] position  Receives the position, in fields.
+ * @return 0 or 3 of VeltoResultCode, as any reader (rule 12).
+ */
+VELTO_API VeltoResult velto_clip_loop_out_point(VeltoRecordHandle record, uint32_t* position);
+
+/**
+ * Gives where the clip is trimmed to begin.
+ *
+ * @param record         Clip record.
+ * @param[out] position  Receives the position, in fields.
+ * @return 0 or 3 of VeltoResultCode, as any reader (rule 12).
+ */
+VELTO_API VeltoResult velto_clip_trim_start(VeltoRecordHandle record, uint32_t* position);
+
+/**
+ * Gives where the clip is trimmed to end.
+ *
+ * @param record         Clip record.
+ * @param[out] position  Receives the position, in fields.
+ * @return 0 or 3 of VeltoResultCode, as any reader (rule 12).
+ */
+VELTO_API VeltoResult velto_clip_trim_end(VeltoRecordHandle record, uint32_t* position);
+
+/**
+ * Gives how the clip is played at other than normal speed.
+ *
+ * @param record         Clip record.
+ * @param[out] playback  Receives it, a VeltoPlayback; 0 if none of these.
+ * @return 0 or 3 of VeltoResultCode, as any reader (rule 12).
+ */
+VELTO_API VeltoResult velto_clip_playback(VeltoRecordHandle record, uint32_t* playback);
+
+/**
+ * Gives how the clip repeats.
+ *
+ * @param record       Clip record.
+ * @param[out] repeat  Receives the repeat mode, a VeltoRepeat; 0 if none of these.
+ * @return 0 or 3 of VeltoResultCode, as any reader (rule 12).
+ */
+VELTO_API VeltoResult velto_clip_repeat(VeltoRecordHandle record, uint32_t* repeat);
+
+/**
+ * Gives the video standard of the clip.
+ *
+ * @param record         Clip record.
+ * @param[out] standard  Receives the standard, a VeltoVideoStandard; a standard without a number
+ *     here gives 0.
+ * @return 0 or 3 of VeltoResultCode, as any reader (rule 12).
+ */
+VELTO_API VeltoResult velto_clip_video_standard(VeltoRecordHandle record, uint32_t* standard);
+
+/**
+ * Gives where the timecode of the clip comes from.
+ *
+ * @param record       Clip record.
+ * @param[out] source  Receives the source, a VeltoTimecodeSource; 0 if none of these.
+ * @return 0 or 3 of VeltoResultCode, as any reader (rule 12).
+ */
+VELTO_API VeltoResult velto_clip_timecode_source(VeltoRecordHandle record, uint32_t* source);
+
+/**
+ * Gives whether the clip is protected from changes.
+ * That its metadata or its content alone is protected does not count.
+ *
+ * @param record          Clip record.
+ * @param[out] read_only  Receives whether, a VeltoAnswer.
+ * @return 0 or 3 of VeltoResultCode, as any reader (rule 12).
+ */
+VELTO_API VeltoResult velto_clip_is_readonly(VeltoRecordHandle record, uint32_t* read_only);
+
+/**
+ * Gives when the content of the clip was last changed.
+ *
+ * @param record      Clip record.
+ * @param[out] stamp  Receives it, in as the server counts time.
+ * @return 0 or 3 of VeltoResultCode, as any reader (rule 12).
+ */
+VELTO_API VeltoResult velto_clip_content_last_edited(VeltoRecordHandle record, uint64_t* stamp);
+
+/**
+ * Gives when the record of the clip was last changed.
+ *
+ * @param record      Clip record.
+ * @param[out] stamp  Receives it, in as the server counts time.
+ * @return 0 or 3 of VeltoResultCode, as any reader (rule 12).
+ */
+VELTO_API VeltoResult velto_clip_metadata_last_edited(VeltoRecordHandle record, uint64_t* stamp);
+
+/**
+ * Gives when the clip was last loaded.
+ *
+ * @param record      Clip record.
+ * @param[out] stamp  Receives it, in as the server counts time.
+ * @return 0 or 3 of VeltoResultCode, as any reader (rule 12).
+ */
+VELTO_API VeltoResult velto_clip_last_loaded(VeltoRecordHandle record, uint64_t* stamp);
+
+/**
+ * Gives when the clip was last unloaded.
+ *
+ * @param record      Clip record.
+ * @param[out] stamp  Receives it, in as the server counts time.
+ * @return 0 or 3 of VeltoResultCode, as any reader (rule 12).
+ */
+VELTO_API VeltoResult velto_clip_last_unloaded(VeltoRecordHandle record, uint64_t* stamp);
+
+/**
+ * Gives when the clip was last played.
+ *
+ * @param record      Clip record.
+ * @param[out] stamp  Receives it, in as the server counts time.
+ * @return 0 or 3 of VeltoResultCode, as any reader (rule 12).
+ */
+VELTO_API VeltoResult velto_clip_last_played(VeltoRecordHandle record, uint64_t* stamp);
+
+/**
+ * Gives which tracks the clip has.
+ *
+ * @param record       Clip record.
+ * @param[out] tracks  Receives them, VeltoTrackBits combined; tracks of other kinds are left out.
+ * @return 0 or 3 of VeltoResultCode, as any reader (rule 12).
+ */
+VELTO_API VeltoResult velto_get_tracks(VeltoRecordHandle record, uint32_t* tracks);
+
+/**
+ * Gives the timecode that was recorded with the first field.
+ * Only clips of the 59.94 Hz standards can drop; the others always give VELTO_NON_DROP_FRAME.
+ *
+ * @param record             Clip record.
+ * @param[out] field_number  Receives the timecode, in fields since 0:00.
+ * @param[out] non_drop      Receives how it counts, a VeltoDropFrame.
+ * @return 0 or 3 of VeltoResultCode, as any reader (rule 12).
+ */
+VELTO_API VeltoResult velto_clip_recorded_timecode0(VeltoRecordHandle record,
+                                                    uint32_t* field_number, uint32_t* non_drop);
+
+/**
+ * Gives the timecode of the first field, by the timecode source of the clip.
+ * Only clips of the 59.94 Hz standards can drop; the others always give VELTO_NON_DROP_FRAME. A
+ * zero-based clip gives 0.
+ *
+ * @param record             Clip record.
+ * @param[out] field_number  Receives the timecode, in fields since 0:00.
+ * @param[out] non_drop      Receives how it counts, a VeltoDropFrame.
+ * @return 0 or 3 of VeltoResultCode, as any reader (rule 12).
+ */
+VELTO_API VeltoResult velto_clip_timecode_stripe(VeltoRecordHandle record, uint32_t* field_number,
+                                                 uint32_t* non_drop);
+
+/**
+ * Changes the title of the clip.
+ *
+ * @param record  Clip record.
+ * @param title   The new one.
+ * @return 0, 2 or 3 of VeltoResultCode, as any writer (rule 13).
+ */
+VELTO_API VeltoResult velto_set_clip_title(VeltoRecordHandle record, const VeltoChar* title);
+
+/**
+ * Changes the creator of the clip.
+ *
+ * @param record   Clip record.
+ * @param creator  The new one.
+ * @return 0, 2 or 3 of VeltoResultCode, as any writer (rule 13).
+ */
+VELTO_API VeltoResult velto_set_clip_creator(VeltoRecordHandle record, const VeltoChar* creator);
+
+/**
+ * Changes the project of the clip.
+ *
+ * @param record   Clip record.
+ * @param project  The new one.
+ * @return 0, 2 or 3 of VeltoResultCode, as any writer (rule 13).
+ */
+VELTO_API VeltoResult velto_set_clip_project(VeltoRecordHandle record, const VeltoChar* project);
+
+/**
+ * Sets where the loop of the clip begins.
+ *
+ * @param record    Clip record.
+ * @param position  Position in the clip, in fields.
+ * @return 0, 2 or 3 of VeltoResultCode, as any writer (rule 13).
+ */
+VELTO_API VeltoResult velto_set_clip_loop_in_point(VeltoRecordHandle record, uint32_t position);
+
+/**
+ * Sets where the loop of the clip ends.
+ *
+ * @param record    Clip record.
+ * @param position  Position in the clip, in fields.
+ * @return 0, 2 or 3 of VeltoResultCode, as any writer (rule 13).
+ */
+VELTO_API VeltoResult velto_set_clip_loop_out_point(VeltoRecordHandle record, uint32_t position);
+
+/**
+ * Trims the beginning of the clip.
+ *
+ * @param record    Clip record.
+ * @param position  Position in the clip, in fields: even numbers; an odd number counts as the even
+ *     one below it.
+ * @return 0, 2 or 3 of VeltoResultCode, as any writer (rule 13).
+ */
+VELTO_API VeltoResult velto_set_clip_trim_start(VeltoRecordHandle record, uint32_t position);
+
+/**
+ * Trims the end of the clip.
+ *
+ * @param record    Clip record.
+ * @param position  Position in the clip, in fields: even numbers; an odd number counts as the even
+ *     one below it.
+ * @return 0, 2 or 3 of VeltoResultCode, as any writer (rule 13).
+ */
+VELTO_API VeltoResult velto_set_clip_trim_end(VeltoRecordHandle record, uint32_t position);
+
+/**
+ * Sets how the clip is played at other than normal speed.
+ *
+ * @param record    Clip record.
+ * @param playback  Playback, a VeltoPlayback; any other number counts as VELTO_PLAYBACK_FIELD.
+ * @return 0, 2 or 3 of VeltoResultCode, as any writer (rule 13).
+ */
+VELTO_API VeltoResult velto_set_clip_playback(VeltoRecordHandle record, uint32_t playback);
+
+/**
+ * Sets how the clip repeats.
+ *
+ * @param record  Clip record.
+ * @param repeat  Repeat mode, a VeltoRepeat; any other number counts as VELTO_REPEAT_OFF.
+ * @return 0, 2 or 3 of VeltoResultCode, as any writer (rule 13).
+ */
+VELTO_API VeltoResult velto_set_clip_repeat(VeltoRecordHandle record, uint32_t repeat);
+
+/**
+ * Sets where the timecode of the clip comes from.
+ *
+ * @param record  Clip record.
+ * @param source  Source, a VeltoTimecodeSource; any other number counts as
+ *     VELTO_TIMECODE_ZERO_BASED.
+ * @return 0, 2 or 3 of VeltoResultCode, as any writer (rule 13).
+ */
+VELTO_API VeltoResult velto_set_clip_timecode_source(VeltoRecordHandle record, uint32_t source);
+
+/**
+ * Gives the clip a timecode of its own, and makes that its timecode source.
+ * The number is a signed one on the wire: 4294967295 is the field before 0:00. A record whose own
+ * timecode was not valid goes on giving 0; a record that is opened later gives the new one.
+ *
+ * @param record        Clip record.
+ * @param field_number  Timecode, in fields since 0:00.
+ * @param non_drop      How it counts, a VeltoDropFrame; any other number counts as
+ *     VELTO_DROP_FRAME.
+ * @return 0, 2 or 3 of VeltoResultCode, as any writer (rule 13).
+ */
+VELTO_API VeltoResult velto_set_clip_timecode_stripe(VeltoRecordHandle record,
+                                                     uint32_t field_number, uint32_t non_drop);
+
+/* ---- Lists and changes ----------------------------------------------------------------------- */
+
+/**
+ * Makes a list of the clips on the server.
+ *
+ * @param handle     Connection.
+ * @param[out] list  Receives the handle of the list.
+ * @return 0, 2 or 3 of VeltoResultCode, as any listing (rule 14).
+ */
+VELTO_API VeltoResult velto_open_clip_list(VeltoHandle handle, VeltoListHandle* list);
+
+/**
+ * Takes the next name from a list.
+ * A name is taken even if the buffer is too small for it. Does not block. At the end of the list,
+ * and with an unknown list, the output is the empty text.
+ *
+ * @param list       List of names.
+ * @param[out] name  Receives the name.
+ * @return VELTO_RESULT_OK: also at the end of the list. VELTO_RESULT_INVALID_HANDLE: the list is
+ *     unknown.
+ */
+VELTO_API VeltoResult velto_get_clip_name(VeltoListHandle list, VeltoTextBuffer name);
+
+/**
+ * Frees a list; an unknown one is ignored.
+ * Does not block. Leaves the last-error text as it was.
+ *
+ * @param list  List of names.
+ */
+VELTO_API void velto_close_clip_list(VeltoListHandle list);
+
+/**
+ * Makes a list of the directories on the server.
+ *
+ * @param handle     Connection.
+ * @param[out] list  Receives the handle of the list.
+ * @return 0, 2 or 3 of VeltoResultCode, as any listing (rule 14).
+ */
+VELTO_API VeltoResult velto_open_directory_list(VeltoHandle handle, VeltoListHandle* list);
+
+/** The same as velto_get_clip_name under another name. */
+VELTO_API VeltoResult velto_get_directory_name(VeltoListHandle list, VeltoTextBuffer name);
+
+/** The same as velto_close_clip_list under another name. */
+VELTO_API void velto_close_directory_list(VeltoListHandle list);
+
+/**
+ * Makes a list of the playlists on the server.
+ *
+ * @param handle     Connection.
+ * @param[out] list  Receives the handle of the list.
+ * @return 0, 2 or 3 of VeltoResultCode, as any listing (rule 14).
+ */
+VELTO_API VeltoResult velto_open_playlist_list(VeltoHandle handle, VeltoListHandle* list);
+
+/** The same as velto_get_clip_name under another name. */
+VELTO_API VeltoResult velto_get_playlist_name(VeltoListHandle list, VeltoTextBuffer name);
+
+/** The same as velto_close_clip_list under another name. */
+VELTO_API void velto_close_playlist_list(VeltoListHandle list);
+
+/**
+ * Begins to track the changes of clips.
+ *
+ * @param handle  Connection.
+ * @return 0, 2 or 3 of VeltoResultCode, as any tracker (rule 15).
+ */
+VELTO_API VeltoResult velto_track_clip_changes(VeltoHandle handle);
+
+/**
+ * Begins to track the changes of directories.
+ *
+ * @param handle  Connection.
+ * @return 0, 2 or 3 of VeltoResultCode, as any tracker (rule 15).
+ */
+VELTO_API VeltoResult velto_track_directory_changes(VeltoHandle handle);
+
+/**
+ * Takes the name of a clip that was created.
+ *
+ * @param handle     Connection.
+ * @param[out] name  Receives the name.
+ * @return 0, 2 or 3 of VeltoResultCode, as any tracker (rule 15).
+ */
+VELTO_API VeltoResult velto_track_change_added_clip(VeltoHandle handle, VeltoTextBuffer name);
+
+/**
+ * Takes the name of a clip that was changed.
+ *
+ * @param handle     Connection.
+ * @param[out] name  Receives the name.
+ * @return 0, 2 or 3 of VeltoResultCode, as any tracker (rule 15).
+ */
+VELTO_API VeltoResult velto_track_change_changed_clip(VeltoHandle handle, VeltoTextBuffer name);
+
+/**
+ * Takes the name of a clip that was deleted.
+ *
+ * @param handle     Connection.
+ * @param[out] name  Receives the name.
+ * @return 0, 2 or 3 of VeltoResultCode, as any tracker (rule 15).
+ */
+VELTO_API VeltoResult velto_track_change_deleted_clip(VeltoHandle handle, VeltoTextBuffer name);
+
+/**
+ * Takes the name of a directory that was created.
+ *
+ * @param handle     Connection.
+ * @param[out] name  Receives the name.
+ * @return 0, 2 or 3 of VeltoResultCode, as any tracker (rule 15).
+ */
+VELTO_API VeltoResult velto_track_change_added_directory(VeltoHandle handle, VeltoTextBuffer name);
+
+/**
+ * Takes the name of a directory that was deleted.
+ *
+ * @param handle     Connection.
+ * @param[out] name  Receives the name.
+ * @return 0, 2 or 3 of VeltoResultCode, as any tracker (rule 15).
+ */
+VELTO_API VeltoResult velto_track_change_deleted_directory(VeltoHandle handle,
+                                                           VeltoTextBuffer name);
+
+/* ---- Clip metadata --------------------------------------------------------------------------- */
+
+/**
+ * Gives the text of a key.
+ * velto_clip_has_meta tells a missing key from an empty text. Does not block. For a missing key,
+ * and with an unknown record, the output is the empty text.
+ *
+ * @param record      Clip record.
+ * @param key         Key; upper and lower case differ.
+ * @param[out] value  Receives the text.
+ * @return VELTO_RESULT_OK: whether or not the clip has the key. VELTO_RESULT_INVALID_HANDLE: the
+ *     record is unknown.
+ */
+VELTO_API VeltoResult velto_clip_get_meta(VeltoRecordHandle record, const VeltoChar* key,
+                                          VeltoTextBuffer value);
+
+/**
+ * Gives whether the clip has a key.
+ * The output may be null. Does not block. With an unknown record the output is VELTO_NO.
+ *
+ * @param record    Clip record.
+ * @param key       Key; upper and lower case differ.
+ * @param[out] has  Receives whether, a VeltoAnswer.
+ * @return VELTO_RESULT_OK: given. VELTO_RESULT_INVALID_HANDLE: the record is unknown.
+ */
+VELTO_API VeltoResult velto_clip_has_meta(VeltoRecordHandle record, const VeltoChar* key,
+                                          uint32_t* has);
+
+/**
+ * Sets the text of a key.
+ * Where the server had sent no metadata with the record the new key shows only in a record that is
+ * opened later.
+ *
+ * @param record  Clip record.
+ * @param key     Key; upper and lower case differ.
+ * @param value   The new text.
+ * @return 0, 2 or 3 of VeltoResultCode, as any writer (rule 13).
+ */
+VELTO_API VeltoResult velto_clip_set_meta(VeltoRecordHandle record, const VeltoChar* key,
+                                          const VeltoChar* value);
+
+/**
+ * Removes a key.
+ * The server is asked also for a key that the record has not.
+ *
+ * @param record  Clip record.
+ * @param key     Key; upper and lower case differ.
+ * @return 0, 2 or 3 of VeltoResultCode, as any writer (rule 13).
+ */
+VELTO_API VeltoResult velto_clip_delete_meta(VeltoRecordHandle record, const VeltoChar* key);
+
+/**
+ * Makes a list of the keys of the clip.
+ * With a null output no list is made. Close it with velto_close_metakeys. A later change of the
+ * record does not show in the list. Does not block. The output is written on success only.
+ *
+ * @param record     Clip record.
+ * @param[out] list  Receives the handle of the list.
+ * @return VELTO_RESULT_OK: also for a clip without keys. VELTO_RESULT_INVALID_HANDLE: the record is
+ *     unknown.
+ */
+VELTO_API VeltoResult velto_clip_open_metakeys(VeltoRecordHandle record, VeltoListHandle* list);
+
+/** The same as velto_get_clip_name under another name. */
+VELTO_API VeltoResult velto_get_metakey(VeltoListHandle list, VeltoTextBuffer name);
+
+/**
+ * Frees a list of keys, or any list of names.
+ * Does not block.
+ *
+ * @param list  List of names.
+ * @return VELTO_RESULT_OK: always, whether or not the list is known.
+ */
+VELTO_API VeltoResult velto_close_metakeys(VeltoListHandle list);
+
+/* ---- Virtual clips --------------------------------------------------------------------------- */
+
+/**
+ * Creates an empty virtual clip.
+ *
+ * @param handle  Connection.
+ * @param vclip   Name of the virtual clip.
+ * @param length  Length, in fields.
+ * @return 0, 2 or 3 of VeltoResultCode, as any command (rule 9).
+ */
+VELTO_API VeltoResult velto_vclip_create(VeltoHandle handle, const VeltoChar* vclip,
+                                         uint32_t length);
+
+/**
+ * Deletes a virtual clip.
+ *
+ * @param handle  Connection.
+ * @param vclip   Name of the virtual clip.
+ * @return 0, 2 or 3 of VeltoResultCode, as any command (rule 9).
+ */
+VELTO_API VeltoResult velto_vclip_free(VeltoHandle handle, const VeltoChar* vclip);
+
+/**
+ * Begins a modification of a virtual clip.
+ *
+ * @param handle  Connection.
+ * @param vclip   Name of the virtual clip.
+ * @return 0, 2 or 3 of VeltoResultCode, as any command (rule 9).
+ */
+VELTO_API VeltoResult velto_vclip_modification_start(VeltoHandle handle, const VeltoChar* vclip);
+
+/**
+ * Ends the modification of a virtual clip, which takes effect.
+ *
+ * @param handle  Connection.
+ * @param vclip   Name of the virtual clip.
+ * @return 0, 2 or 3 of VeltoResultCode, as any command (rule 9).
+ */
+VELTO_API VeltoResult velto_vclip_modification_end(VeltoHandle handle, const VeltoChar* vclip);
+
+/**
+ * Gives a virtual clip tracks like those of a clip.
+ *
+ * @param handle  Connection.
+ * @param vclip   Name of the virtual clip.
+ * @param clip    Name of the clip.
+ * @param tracks  Tracks, VeltoTrackBits combined; other bits are ignored.
+ * @return 0, 2 or 3 of VeltoResultCode, as any command (rule 9).
+ */
+VELTO_API VeltoResult velto_vclip_cfg_tracks(VeltoHandle handle, const VeltoChar* vclip,
+                                             const VeltoChar* clip, uint32_t tracks);
+
+/** velto_vclip_add_segment2 without speed. */
+VELTO_API VeltoResult velto_vclip_add_segment1(VeltoHandle handle, const VeltoChar* vclip,
+                                               const VeltoChar* clip, uint32_t position,
+                                               uint32_t tracks, uint32_t vclip_position,
+                                               uint32_t length);
+
+/**
+ * Places a segment of a clip in a virtual clip.
+ *
+ * @param handle          Connection.
+ * @param vclip           Name of the virtual clip.
+ * @param clip            Name of the clip.
+ * @param position        Position in the clip, in fields.
+ * @param tracks          Tracks, VeltoTrackBits combined; other bits are ignored.
+ * @param vclip_position  Position in the virtual clip, in fields.
+ * @param length          Length, in fields.
+ * @param speed           Speed that the segment plays at, in times normal forward play: -200.0 to
+ *     200.0, in steps of 1/65536 cut towards 0; negative is backwards; held at the limits, NaN is
+ *     sent as 0.
+ * @return 0, 2 or 3 of VeltoResultCode, as any command (rule 9).
+ */
+VELTO_API VeltoResult velto_vclip_add_segment2(VeltoHandle handle, const VeltoChar* vclip,
+                                               const VeltoChar* clip, uint32_t position,
+                                               uint32_t tracks, uint32_t vclip_position,
+                                               uint32_t length, double speed);
+
+/**
+ * Empties a stretch of a virtual clip.
+ *
+ * @param handle          Connection.
+ * @param vclip           Name of the virtual clip.
+ * @param tracks          Tracks, VeltoTrackBits combined; other bits are ignored.
+ * @param vclip_position  Position in the virtual clip, in fields.
+ * @param length          Length, in fields.
+ * @return 0, 2 or 3 of VeltoResultCode, as any command (rule 9).
+ */
+VELTO_API VeltoResult velto_vclip_clear_segment(VeltoHandle handle, const VeltoChar* vclip,
+                                                uint32_t tracks, uint32_t vclip_position,
+                                                uint32_t length);
+
+/**
+ * Moves what stands from a position on in a virtual clip.
+ *
+ * @param handle          Connection.
+ * @param vclip           Name of the virtual clip.
+ * @param tracks          Tracks, VeltoTrackBits combined; other bits are ignored.
+ * @param vclip_position  Position in the virtual clip, in fields.
+ * @param distance        How far, in fields: the 32 bits of a signed number, (uint32_t)-25 being 25
+ *     fields back.
+ * @return 0, 2 or 3 of VeltoResultCode, as any command (rule 9).
+ */
+VELTO_API VeltoResult velto_vclip_ripple(VeltoHandle handle, const VeltoChar* vclip,
+                                         uint32_t tracks, uint32_t vclip_position,
+                                         uint32_t distance);
+
+/**
+ * Enables these tracks of a virtual clip and no others.
+ *
+ * @param handle  Connection.
+ * @param vclip   Name of the virtual clip.
+ * @param tracks  Tracks, VeltoTrackBits combined; other bits are ignored.
+ * @return 0, 2 or 3 of VeltoResultCode, as any command (rule 9).
+ */
+VELTO_API VeltoResult velto_vclip_track_enable(VeltoHandle handle, const VeltoChar* vclip,
+                                               uint32_t tracks);
 
 #ifdef __cplusplus
 }

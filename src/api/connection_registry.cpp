@@ -1,47 +1,23 @@
 #include "api/connection_registry.h"
 
-#include "foundation/no_destructor.h"
-
-std::atomic<std::uint32_t> last_handle{0};
-
-VeltoHandle next_handle()
-{
-    VeltoHandle handle = 0;
-    do {
-        handle = atomic_increment(last_handle);
-    } while (handle == 0);
-    return handle;
-}
-
 ConnectionRegistry& connection_registry()
 {
-    static NoDestructor<ConnectionRegistry> registry;
-    return *registry;
+    return process_table<ConnectionRegistry>();
 }
 
 VeltoHandle ConnectionRegistry::add_connection(const ARef<VeltoConnObject>& reference)
 {
-    for (;;) {
-        const VeltoHandle handle = next_handle();
-        const AMutexLock guard(&lock);
-        if (!find_connection(handle)) {
-            connections.emplace(handle, reference);
-            return handle;
-        }
-    }
+    return connections.add(reference);
 }
 
 ARef<VeltoConnObject> ConnectionRegistry::find_connection(VeltoHandle handle)
 {
-    const AMutexLock guard(&lock);
-    const auto found = connections.find(handle);
-    return found == connections.end() ? ARef<VeltoConnObject>() : found->second;
+    return connections.find(handle).value_or(ARef<VeltoConnObject>());
 }
 
 void ConnectionRegistry::remove_connection(VeltoHandle handle)
 {
-    const AMutexLock guard(&lock);
-    connections.erase(handle);
+    connections.remove(handle);
 }
 
 VeltoResult ConnectionRegistry::resolve_connection(VeltoHandle handle,

@@ -1,13 +1,12 @@
 #pragma once
 
+#include "api/handle_table.h"
 #include "connection/velto.h"
 
-#include <map>
-
-// From handles to open connections. One for the process, made at first use and never destroyed.
+// From handles to open connections.
 //
-// Thread: any. Locks: `lock` guards the table. remove_connection can run the destructor of the
-// connection under it; nothing else is done there but the lookup.
+// Thread: any. Locks: that of the table. remove_connection can run the destructor of the connection
+// under it.
 class ConnectionRegistry
 {
 public:
@@ -19,12 +18,7 @@ public:
     VeltoResult resolve_connection(VeltoHandle handle, ARef<VeltoConnObject>& reference);
 
 private:
-    AMutex lock;
-    std::map<VeltoHandle, ARef<VeltoConnObject>> connections;
+    HandleTable<ARef<VeltoConnObject>> connections;
 };
 
 ConnectionRegistry& connection_registry();
-
-// The counter of connections, lists and clip records; never gives 0.
-VeltoHandle next_handle();
-extern std::atomic<std::uint32_t> last_handle;

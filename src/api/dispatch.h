@@ -15,10 +15,14 @@ VeltoResult dispatch(VeltoHandle handle, Member member, const Arguments&... argu
     return member(connection, arguments...);
 }
 
-// The same for a command whose fields the arguments fill.
+// The same for a command that is answered with a plain ok, and whose fields the arguments fill.
 template <typename Command, typename... FieldArguments>
 VeltoResult plain_command(VeltoHandle handle, const FieldArguments&... arguments)
 {
-    return dispatch(handle, &VeltoConnObject::plain_command<Command, FieldArguments...>,
-                    arguments...);
+    const auto member = [&](const ARef<VeltoConnObject>& connection) {
+        Command command;
+        (arguments.fill(command), ...);
+        return VeltoConnObject::plain_command(connection, command);
+    };
+    return dispatch(handle, member);
 }

@@ -6,6 +6,8 @@
 #include "connection/velto_callbacks.h"
 #include "protocol/zavl3_client_win32.h"
 
+#include <set>
+
 // One connection to one server, with all that the library knows of that server. It makes blocking
 // calls of the asynchronous protocol. It lives inside an ARef, and each member takes a reference
 // for as long as it runs.
@@ -17,8 +19,13 @@ public:
     VeltoConnObject();
     ~VeltoConnObject() override;
 
-    // The reports that feed the channel cache.
-#define VELTO_CACHED_REPORTS(REPORT)                                                               \
+    // The reports that feed the change sets and the channel cache; the others are dropped.
+#define VELTO_KEPT_REPORTS(REPORT)                                                                 \
+    REPORT(clip_created)                                                                           \
+    REPORT(clip_changed)                                                                           \
+    REPORT(clip_deleted)                                                                           \
+    REPORT(directory_created)                                                                      \
+    REPORT(directory_deleted)                                                                      \
     REPORT(channel_status)                                                                         \
     REPORT(channel_clipid)                                                                         \
     REPORT(channel_speed)                                                                          \
@@ -34,22 +41,19 @@ public:
     REPORT(channel_listplay_air_lock)                                                              \
     REPORT(channel_listplay_air_next)                                                              \
     REPORT(channel_listplay_loop)
-#define VELTO_CACHED_REPORT_OPERATION(name)                                                        \
+#define VELTO_KEPT_REPORT_OPERATION(name)                                                          \
     void on_report_##name(const ZAVL3::report::name& report) override;
-    VELTO_CACHED_REPORTS(VELTO_CACHED_REPORT_OPERATION)
-#undef VELTO_CACHED_REPORT_OPERATION
+    VELTO_KEPT_REPORTS(VELTO_KEPT_REPORT_OPERATION)
+#undef VELTO_KEPT_REPORT_OPERATION
 
     // Repeats what the server has to know of this client: the registrations.
     void on_connection_up() override;
 
     // Sends a command that is answered with a plain ok; waits for the reply unless `asynchronous`
-    // is set. Each argument fills its field of the command.
-    template <typename Command, typename... FieldArguments>
-    static VeltoResult plain_command(ARef<VeltoConnObject> connection,
-                                     const FieldArguments&... arguments)
+    // is set.
+    template <typename Command>
+    static VeltoResult plain_command(ARef<VeltoConnObject> connection, const Command& command)
     {
-        Command command;
-        (arguments.fill(command), ...);
         return complete(connection, command, make_ok_callback(connection));
     }
 
@@ -62,11 +66,62 @@ public:
                         CBHolder<CBOkObject>(connection, CBBaseObject::Waiting::waits));
     }
 
+    // Sends a command that is answered with data, waits in any case, and on success fills `reply`.
+    template <typename Command, typename Reply>
+    static VeltoResult fetch(const ARef<VeltoConnObject>& connection, const Command& command,
+                             Reply& reply)
+    {
+        const CBHolder<CBReplyObject<Reply>> callback(connection, CBBaseObject::Waiting::waits);
+        connection->issue(command,
+                          {callback.template delegate<&CBReplyObject<Reply>::reply_delegate>(),
+                           callback.template delegate<&CBReplyObject<Reply>::error_delegate>()});
+        const VeltoResult result = callback.outcome();
+        if (result == VELTO_RESULT_OK) {
+            reply = std::move(callback->reply);
+        }
+        return result;
+    }
+
     static VeltoResult server_name(ARef<VeltoConnObject> connection, VeltoTextBuffer buffer);
     static VeltoResult video_standard(ARef<VeltoConnObject> connection, std::uint32_t* standard);
     static VeltoResult video_frequency(ARef<VeltoConnObject> connection, std::uint32_t* frequency);
     static VeltoResult video_resolution(ARef<VeltoConnObject> connection,
                                         std::uint32_t* resolution);
+    // The bytes in all and free, and those of a field. These questions lose the text of a failure.
+    static VeltoResult disk_usage(ARef<VeltoConnObject> connection,
+                                  ZAVL3::reply::disk_usage* usage);
+
+    // These keep it.
+    static VeltoResult clip_exists(ARef<VeltoConnObject> connection, const AString& clip_id,
+                                   bool* exists);
+    static VeltoResult clip_info(ARef<VeltoConnObject> connection, const AString& clip_id,
+                                 ZAVL3::ClipInfo* info);
+    // All names that `Command` downloads, in the order of the server.
+    template <typename Command>
+    static VeltoResult download_names(ARef<VeltoConnObject> connection, NameList* names);
+
+    // What this server cannot do.
+    static VeltoResult not_implemented(ARef<VeltoConnObject> connection);
+
+    // Ids in the order of `AString`, which is that of their characters.
+    using IdSet = std::set<AString>;
+
+    // What is told of clips, or of directories: the registration that brings it, whether the server
+    // has accepted that, and what guards the change sets. An id is in one set of its kind at most.
+    struct ChangeKind {
+        ZAVL3::ReportType type;
+        std::atomic<std::uint32_t> VeltoConnObject::*tracking;
+        AMutex VeltoConnObject::*lock;
+    };
+    static const ChangeKind clip_changes;
+    static const ChangeKind directory_changes;
+
+    // Registers for a kind of changes, the first time.
+    static VeltoResult track_changes(ARef<VeltoConnObject> connection, const ChangeKind& kind);
+    // Takes the first id of a set of that kind, the empty text when there is none; starts tracking.
+    static VeltoResult take_change(ARef<VeltoConnObject> connection, const ChangeKind& kind,
+                                   IdSet VeltoConnObject::*set, VeltoTextBuffer buffer);
+
     // Waits, looking once a millisecond, until no completion object is alive.
     static void sync(ARef<VeltoConnObject> connection);
 
@@ -95,6 +150,16 @@ public:
         return channel < tracked_channels ? channels[channel].get() : nullptr;
     }
 
+    AMutex clip_changes_lock; // guards the three sets, for their operations alone
+    std::atomic<std::uint32_t> clip_tracking{0};
+    IdSet clips_added;
+    IdSet clips_deleted;
+    IdSet clips_changed;
+    AMutex directory_changes_lock; // guards the two sets, for their operations alone
+    std::atomic<std::uint32_t> directory_tracking{0};
+    IdSet directories_added;
+    IdSet directories_deleted;
+
     NoticeQueue notices;
 
     // Non-zero makes a plain command return at once.
@@ -118,6 +183,7 @@ private:
         return callback.outcome();
     }
 
+    static ZAVL3::command::report_register register_command(const ChangeKind& kind);
     static ZAVL3::command::channel_report_register register_command(std::uint32_t channel,
                                                                     const ChannelItem& item);
     // `item` is null for a channel that is not tracked.
@@ -128,9 +194,14 @@ private:
                      std::initializer_list<std::uint32_t> notice_kinds, Assign assign);
     template <typename Report, typename Change>
     void update_list(const Report& report, Change change);
-    // Asks for the video standard and hands the reply to `store`.
-    template <typename Store>
-    static VeltoResult ask_video_standard(const ARef<VeltoConnObject>& connection, Store store);
+    void record_change(const ChangeKind& kind, const AString& id, IdSet& into,
+                       std::initializer_list<IdSet*> out_of);
+    // As fetch, handing the reply to `use`.
+    template <typename Reply, typename Command, typename Use>
+    static VeltoResult question(const ARef<VeltoConnObject>& connection, const Command& command,
+                                Use use);
+    template <FixedString Field, auto Convert>
+    static VeltoResult video(const ARef<VeltoConnObject>& connection, std::uint32_t* value);
 };
 
 // The last reference can go on the object's own worker, which the destructor cannot wait for: there

@@ -39,6 +39,17 @@ Wire low_bits(std::uint32_t value)
     return static_cast<Wire>(value);
 }
 
+inline ZAVL3::TrackSet tracks(std::uint32_t mask)
+{
+    return typehelp::track_mask_to_wire(mask, false);
+}
+
+// Video is created with its timecode.
+inline ZAVL3::TrackSet new_tracks(std::uint32_t mask)
+{
+    return typehelp::track_mask_to_wire(mask, true);
+}
+
 inline bool is_one(std::uint32_t value)
 {
     return value == 1;
@@ -52,7 +63,14 @@ inline bool is_not_one(std::uint32_t value)
 using Channel = Argument<"Channel", typehelp::channel_to_wire>;
 using Mask = Argument<"ChannelSet", typehelp::channel_mask_to_wire>;
 using Clip = Argument<"ClipID", text_from_units>;
+using ParentClip = Argument<"ParentClipID", text_from_units>;
+using FromClip = Argument<"FromID", text_from_units>;
+using ToClip = Argument<"ToID", text_from_units>;
+using VClip = Argument<"VClipID", text_from_units>;
+using Directory = Argument<"DirectoryName", text_from_units>;
 using List = Argument<"ListID", text_from_units>;
+using Tracks = Argument<"TrackSet", tracks>;
+using NewTracks = Argument<"TrackSet", new_tracks>;
 using Repeat = Argument<"Loop", typehelp::repeat_to_wire>;
 using Condition = Argument<"PrecueCondition", typehelp::precue_to_wire>;
 using Transition = Argument<"TransitionType", typehelp::transition_to_wire>;
@@ -64,6 +82,8 @@ using LoopIn = Argument<"LoopIn", low_bits<std::uint32_t>>;
 using Length = Argument<"ClipLength", low_bits<std::uint32_t>>;
 using Duration = Argument<"TransitionDuration", low_bits<std::uint32_t>>;
 using Distance = Argument<"JogDistance", low_bits<std::int32_t>>;
+using VClipPosition = Argument<"VClipPosition", low_bits<std::uint32_t>>;
+using VClipDistance = Argument<"VClipDistance", low_bits<std::int32_t>>;
 using Angle = Argument<"Angle", low_bits<std::uint8_t>>;
 using Index = Argument<"ListIndex", low_bits<std::uint16_t>>;
 using EditBits = Argument<"SonyEditMask", typehelp::edit_bits_to_mask>;

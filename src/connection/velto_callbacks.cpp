@@ -43,19 +43,3 @@ void CBBaseObject::drop_share()
         delete this;
     }
 }
-
-void CBServerNameObject::computername_delegate(AString computer_name)
-{
-    name = computer_name;
-    finish_callback();
-}
-
-void CBVideoStandardObject::video_standard_delegate(ZAVL3::VideoStandard video_standard,
-                                                    ZAVL3::VideoRate video_rate,
-                                                    ZAVL3::VideoResolution video_resolution)
-{
-    standard = video_standard;
-    rate = video_rate;
-    resolution = video_resolution;
-    finish_callback();
-}

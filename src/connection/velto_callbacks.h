@@ -1,5 +1,6 @@
 #pragma once
 
+#include "connection/name_list.h"
 #include "foundation/afunctionext.h"
 #include "foundation/bsem.h"
 #include "protocol/zavl3_api.h"
@@ -46,28 +47,46 @@ public:
     void ok_delegate() { finish_callback(); }
 };
 
-class CBServerNameObject : public CBBaseObject
+// For commands that are answered with one reply of data, which it takes in.
+template <typename Reply, typename Delegate = typename Reply::Delegate>
+class CBReplyObject;
+
+template <typename Reply, typename... Values>
+class CBReplyObject<Reply, AFunction<Values...>> : public CBBaseObject
 {
 public:
     using CBBaseObject::CBBaseObject;
 
-    void computername_delegate(AString computer_name);
+    void reply_delegate(Values... values)
+    {
+        reply.assign(std::move(values)...);
+        finish_callback();
+    }
 
-    AString name;
+    Reply reply;
 };
 
-class CBVideoStandardObject : public CBBaseObject
+using CBServerNameObject = CBReplyObject<ZAVL3::reply::computername>;
+using CBVideoStandardObject = CBReplyObject<ZAVL3::reply::video_standard>;
+using CBClipExistsObject = CBReplyObject<ZAVL3::reply::clipexists>;
+using CBClipInfoObject = CBReplyObject<ZAVL3::reply::clipinfo>;
+using CBDiskSpaceObject = CBReplyObject<ZAVL3::reply::disk_usage>;
+
+// For commands that are answered with names, one a reply, and then an ok.
+template <typename Command>
+class CBNamesObject : public CBOkObject
 {
 public:
-    using CBBaseObject::CBBaseObject;
+    using CBOkObject::CBOkObject;
 
-    void video_standard_delegate(ZAVL3::VideoStandard video_standard, ZAVL3::VideoRate video_rate,
-                                 ZAVL3::VideoResolution video_resolution);
+    void name_delegate(AString name) { names.append(name); }
 
-    ZAVL3::VideoStandard standard{};
-    ZAVL3::VideoRate rate{};
-    ZAVL3::VideoResolution resolution{};
+    NameListBuilder names; // for the worker, until completion
 };
+
+using CBClipIdsObject = CBNamesObject<ZAVL3::command::download_clipids>;
+using CBDirectoryNamesObject = CBNamesObject<ZAVL3::command::download_directory_names>;
+using CBPlaylistIdsObject = CBNamesObject<ZAVL3::command::download_listids>;
 
 // A member's share of a completion object.
 template <typename Callback>

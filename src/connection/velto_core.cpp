@@ -3,6 +3,7 @@
 #include "connection/text.h"
 #include "protocol/typehelp.h"
 
+using namespace ZAVL3;
 using Waiting = CBBaseObject::Waiting;
 
 VeltoConnObject::VeltoConnObject()
@@ -31,6 +32,11 @@ void destroy_last_reference(ARefBlock<VeltoConnObject>* block)
 
 void VeltoConnObject::on_connection_up()
 {
+    for (const ChangeKind* kind : {&clip_changes, &directory_changes}) {
+        if (this->*kind->tracking != 0) {
+            issue(register_command(*kind));
+        }
+    }
     for (std::uint32_t channel = 0; channel < tracked_channels; ++channel) {
         for (const ChannelItem* item : channels[channel]->items()) {
             if (item->channel_item_registered != 0) {
@@ -46,58 +52,56 @@ CBHolder<CBOkObject> VeltoConnObject::make_ok_callback(const ARef<VeltoConnObjec
     return CBHolder<CBOkObject>(connection, waits ? Waiting::waits : Waiting::does_not_wait);
 }
 
-VeltoResult VeltoConnObject::server_name(ARef<VeltoConnObject> connection, VeltoTextBuffer buffer)
+template <typename Reply, typename Command, typename Use>
+VeltoResult VeltoConnObject::question(const ARef<VeltoConnObject>& connection,
+                                      const Command& command, Use use)
 {
-    const CBHolder<CBServerNameObject> callback(connection, Waiting::waits);
-    connection->issue(ZAVL3::command::get_computer_name{},
-                      {callback.delegate<&CBServerNameObject::computername_delegate>(),
-                       callback.delegate<&CBServerNameObject::error_delegate>()});
-    const VeltoResult result = callback.outcome();
+    Reply reply;
+    const VeltoResult result = fetch(connection, command, reply);
     if (result != result_ok()) { // which leaves "OK" as the text of the failure
         return result;
     }
-    copy_text(callback->name, buffer);
+    use(reply);
     return result_ok();
 }
 
-template <typename Store>
-VeltoResult VeltoConnObject::ask_video_standard(const ARef<VeltoConnObject>& connection,
-                                                Store store)
+VeltoResult VeltoConnObject::server_name(ARef<VeltoConnObject> connection, VeltoTextBuffer buffer)
 {
-    const CBHolder<CBVideoStandardObject> callback(connection, Waiting::waits);
-    connection->issue(ZAVL3::command::get_video_standard{},
-                      {callback.delegate<&CBVideoStandardObject::video_standard_delegate>(),
-                       callback.delegate<&CBVideoStandardObject::error_delegate>()});
-    const VeltoResult result = callback.outcome();
-    if (result != result_ok()) { // which leaves "OK" as the text of the failure
-        return result;
-    }
-    store(*callback.operator->());
-    return result_ok();
+    return question<reply::computername>(
+        connection, command::get_computer_name{},
+        [=](const auto& reply) { copy_text(reply.template get<"ComputerName">(), buffer); });
+}
+
+template <FixedString Field, auto Convert>
+VeltoResult VeltoConnObject::video(const ARef<VeltoConnObject>& connection, std::uint32_t* value)
+{
+    return question<reply::video_standard>(
+        connection, command::get_video_standard{},
+        [=](const auto& reply) { *value = Convert(reply.template get<Field>()); });
 }
 
 VeltoResult VeltoConnObject::video_standard(ARef<VeltoConnObject> connection,
                                             std::uint32_t* standard)
 {
-    return ask_video_standard(connection, [standard](const CBVideoStandardObject& reply) {
-        *standard = typehelp::standard_from_wire(reply.standard);
-    });
+    return video<"VideoStandard", typehelp::standard_from_wire>(connection, standard);
 }
 
 VeltoResult VeltoConnObject::video_frequency(ARef<VeltoConnObject> connection,
                                              std::uint32_t* frequency)
 {
-    return ask_video_standard(connection, [frequency](const CBVideoStandardObject& reply) {
-        *frequency = typehelp::rate_from_wire(reply.rate);
-    });
+    return video<"VideoRate", typehelp::rate_from_wire>(connection, frequency);
 }
 
 VeltoResult VeltoConnObject::video_resolution(ARef<VeltoConnObject> connection,
                                               std::uint32_t* resolution)
 {
-    return ask_video_standard(connection, [resolution](const CBVideoStandardObject& reply) {
-        *resolution = typehelp::resolution_from_wire(reply.resolution);
-    });
+    return video<"VideoResolution", typehelp::resolution_from_wire>(connection, resolution);
+}
+
+VeltoResult VeltoConnObject::disk_usage(ARef<VeltoConnObject> connection, reply::disk_usage* usage)
+{
+    return question<reply::disk_usage>(connection, command::get_disk_usage{},
+                                       [=](const auto& reply) { *usage = reply; });
 }
 
 void VeltoConnObject::sync(ARef<VeltoConnObject> connection)

@@ -31,6 +31,7 @@ constexpr std::array<Row, Count> rows_from(std::int32_t first)
 
 constexpr auto channel_rows = rows_from<12>(0);
 constexpr auto repeat_rows = rows_from<5>(0);
+constexpr auto playback_rows = rows_from<2>(1);
 constexpr auto precue_rows = rows_from<4>(0);
 constexpr auto stripe_rows = rows_from<2>(0);
 constexpr auto rate_rows = rows_from<5>(0);
@@ -88,6 +89,16 @@ Loop repeat_to_wire(std::uint32_t repeat)
 std::uint32_t repeat_from_wire(Loop loop)
 {
     return from_wire_value(repeat_rows, loop);
+}
+
+Playback playback_to_wire(std::uint32_t playback)
+{
+    return Playback{to_wire_value(playback_rows, playback)};
+}
+
+std::uint32_t playback_from_wire(Playback playback)
+{
+    return from_wire_value(playback_rows, playback);
 }
 
 PrecueCondition precue_to_wire(std::uint32_t condition)

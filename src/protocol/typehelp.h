@@ -12,6 +12,8 @@ namespace typehelp
 ZAVL3::Channel channel_to_wire(std::uint32_t channel);
 ZAVL3::Loop repeat_to_wire(std::uint32_t repeat);
 std::uint32_t repeat_from_wire(ZAVL3::Loop loop);
+ZAVL3::Playback playback_to_wire(std::uint32_t playback);
+std::uint32_t playback_from_wire(ZAVL3::Playback playback);
 ZAVL3::PrecueCondition precue_to_wire(std::uint32_t condition);
 std::uint32_t rate_from_wire(ZAVL3::VideoRate rate);
 std::uint32_t resolution_from_wire(ZAVL3::VideoResolution resolution);

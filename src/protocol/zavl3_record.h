@@ -194,6 +194,13 @@ struct Record : SlotOf<Spellings>... {
         function(SlotOf<Spellings>::stored...);
     }
 
+    // Takes the values of all fields, in order.
+    template <typename... Values>
+    void assign(Values&&... values)
+    {
+        ((SlotOf<Spellings>::stored = std::forward<Values>(values)), ...);
+    }
+
     // `Target<stored types...>`.
     template <template <typename...> typename Target>
     using rebind = Target<typename SlotOf<Spellings>::stored_type...>;

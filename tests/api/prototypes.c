@@ -9,10 +9,14 @@
     _Static_assert(_Generic(&name, result(*) arguments : 1, default : 0), "prototype of " #name)
 
 _Static_assert(_Generic((VeltoHandle)0, uint32_t : 1, default : 0), "VeltoHandle");
+_Static_assert(_Generic((VeltoRecordHandle)0, uint32_t : 1, default : 0), "VeltoRecordHandle");
+_Static_assert(_Generic((VeltoListHandle)0, uint32_t : 1, default : 0), "VeltoListHandle");
 _Static_assert(_Generic((VeltoResult)0, int32_t : 1, default : 0), "VeltoResult");
 _Static_assert(sizeof(VeltoChar) == 2, "VeltoChar");
 
 /* clang-format off */
+#define LISTED(name) {#name, (VeltoFunction)name}
+
 /* Connection */
 PIN(velto_connect, uint32_t, (uint32_t));
 PIN(velto_wait_until_connected, uint32_t, (uint32_t));
@@ -26,6 +30,8 @@ PIN(velto_server_name, int32_t, (uint32_t, VeltoTextBuffer));
 PIN(velto_video_standard, int32_t, (uint32_t, uint32_t*));
 PIN(velto_video_frequency, int32_t, (uint32_t, uint32_t*));
 PIN(velto_video_resolution, int32_t, (uint32_t, uint32_t*));
+PIN(velto_disk_usage1, int32_t, (uint32_t, uint64_t*, uint64_t*, uint32_t*));
+PIN(velto_disk_usage2, int32_t, (uint32_t, uint32_t*, uint32_t*));
 /* Channel state */
 PIN(velto_channel_status, int32_t, (uint32_t, uint32_t, uint32_t*));
 PIN(velto_channel_clip, int32_t, (uint32_t, uint32_t, VeltoTextBuffer));
@@ -116,98 +122,267 @@ PIN(velto_cmd_playlist_cue_list, int32_t, (uint32_t, uint32_t));
 PIN(velto_cmd_playlist_cue_next, int32_t, (uint32_t, uint32_t, uint32_t));
 PIN(velto_cmd_playlist_play_now, int32_t, (uint32_t, uint32_t, uint32_t));
 PIN(velto_cmd_playlist_play_next, int32_t, (uint32_t, uint32_t, uint32_t));
+/* Clips on the server */
+PIN(velto_clip_exists, int32_t, (uint32_t, const VeltoChar*, uint32_t*));
+PIN(velto_create_clip1, int32_t, (uint32_t, const VeltoChar*, uint32_t));
+PIN(velto_create_clip2, int32_t, (uint32_t, const VeltoChar*, uint32_t, uint32_t));
+PIN(velto_create_clip3, int32_t, (uint32_t, uint32_t, const VeltoChar*, uint32_t, uint32_t));
+PIN(velto_create_child_clip1, int32_t, (uint32_t, const VeltoChar*, const VeltoChar*));
+PIN(velto_create_child_clip2, int32_t, (uint32_t, const VeltoChar*, const VeltoChar*, uint32_t));
+PIN(velto_create_directory, int32_t, (uint32_t, const VeltoChar*));
+PIN(velto_delete_clip, int32_t, (uint32_t, const VeltoChar*));
+PIN(velto_rename_clip, int32_t, (uint32_t, const VeltoChar*, const VeltoChar*));
+PIN(velto_set_readonly, int32_t, (uint32_t, const VeltoChar*));
+PIN(velto_unset_readonly, int32_t, (uint32_t, const VeltoChar*));
+/* Clip records */
+PIN(velto_open_clip_metadata, int32_t, (uint32_t, const VeltoChar*, uint32_t*));
+PIN(velto_close_clip_metadata, int32_t, (uint32_t));
+PIN(velto_clip_title, int32_t, (uint32_t, VeltoTextBuffer));
+PIN(velto_clip_creator, int32_t, (uint32_t, VeltoTextBuffer));
+PIN(velto_clip_project, int32_t, (uint32_t, VeltoTextBuffer));
+PIN(velto_clip_uuid, int32_t, (uint32_t, VeltoTextBuffer));
+PIN(velto_clip_parent_uuid, int32_t, (uint32_t, VeltoTextBuffer));
+PIN(velto_clip_length, int32_t, (uint32_t, uint32_t*));
+PIN(velto_clip_loop_in_point, int32_t, (uint32_t, uint32_t*));
+PIN(velto_clip_loop_out_point, int32_t, (uint32_t, uint32_t*));
+PIN(velto_clip_trim_start, int32_t, (uint32_t, uint32_t*));
+PIN(velto_clip_trim_end, int32_t, (uint32_t, uint32_t*));
+PIN(velto_clip_playback, int32_t, (uint32_t, uint32_t*));
+PIN(velto_clip_repeat, int32_t, (uint32_t, uint32_t*));
+PIN(velto_clip_video_standard, int32_t, (uint32_t, uint32_t*));
+PIN(velto_clip_timecode_source, int32_t, (uint32_t, uint32_t*));
+PIN(velto_clip_is_readonly, int32_t, (uint32_t, uint32_t*));
+PIN(velto_clip_content_last_edited, int32_t, (uint32_t, uint64_t*));
+PIN(velto_clip_metadata_last_edited, int32_t, (uint32_t, uint64_t*));
+PIN(velto_clip_last_loaded, int32_t, (uint32_t, uint64_t*));
+PIN(velto_clip_last_unloaded, int32_t, (uint32_t, uint64_t*));
+PIN(velto_clip_last_played, int32_t, (uint32_t, uint64_t*));
+PIN(velto_get_tracks, int32_t, (uint32_t, uint32_t*));
+PIN(velto_clip_recorded_timecode0, int32_t, (uint32_t, uint32_t*, uint32_t*));
+PIN(velto_clip_timecode_stripe, int32_t, (uint32_t, uint32_t*, uint32_t*));
+PIN(velto_set_clip_title, int32_t, (uint32_t, const VeltoChar*));
+PIN(velto_set_clip_creator, int32_t, (uint32_t, const VeltoChar*));
+PIN(velto_set_clip_project, int32_t, (uint32_t, const VeltoChar*));
+PIN(velto_set_clip_loop_in_point, int32_t, (uint32_t, uint32_t));
+PIN(velto_set_clip_loop_out_point, int32_t, (uint32_t, uint32_t));
+PIN(velto_set_clip_trim_start, int32_t, (uint32_t, uint32_t));
+PIN(velto_set_clip_trim_end, int32_t, (uint32_t, uint32_t));
+PIN(velto_set_clip_playback, int32_t, (uint32_t, uint32_t));
+PIN(velto_set_clip_repeat, int32_t, (uint32_t, uint32_t));
+PIN(velto_set_clip_timecode_source, int32_t, (uint32_t, uint32_t));
+PIN(velto_set_clip_timecode_stripe, int32_t, (uint32_t, uint32_t, uint32_t));
+/* Lists and changes */
+PIN(velto_open_clip_list, int32_t, (uint32_t, uint32_t*));
+PIN(velto_get_clip_name, int32_t, (uint32_t, VeltoTextBuffer));
+PIN(velto_close_clip_list, void, (uint32_t));
+PIN(velto_open_directory_list, int32_t, (uint32_t, uint32_t*));
+PIN(velto_get_directory_name, int32_t, (uint32_t, VeltoTextBuffer));
+PIN(velto_close_directory_list, void, (uint32_t));
+PIN(velto_open_playlist_list, int32_t, (uint32_t, uint32_t*));
+PIN(velto_get_playlist_name, int32_t, (uint32_t, VeltoTextBuffer));
+PIN(velto_close_playlist_list, void, (uint32_t));
+PIN(velto_track_clip_changes, int32_t, (uint32_t));
+PIN(velto_track_directory_changes, int32_t, (uint32_t));
+PIN(velto_track_change_added_clip, int32_t, (uint32_t, VeltoTextBuffer));
+PIN(velto_track_change_changed_clip, int32_t, (uint32_t, VeltoTextBuffer));
+PIN(velto_track_change_deleted_clip, int32_t, (uint32_t, VeltoTextBuffer));
+PIN(velto_track_change_added_directory, int32_t, (uint32_t, VeltoTextBuffer));
+PIN(velto_track_change_deleted_directory, int32_t, (uint32_t, VeltoTextBuffer));
+/* Clip metadata */
+PIN(velto_clip_get_meta, int32_t, (uint32_t, const VeltoChar*, VeltoTextBuffer));
+PIN(velto_clip_has_meta, int32_t, (uint32_t, const VeltoChar*, uint32_t*));
+PIN(velto_clip_set_meta, int32_t, (uint32_t, const VeltoChar*, const VeltoChar*));
+PIN(velto_clip_delete_meta, int32_t, (uint32_t, const VeltoChar*));
+PIN(velto_clip_open_metakeys, int32_t, (uint32_t, uint32_t*));
+PIN(velto_get_metakey, int32_t, (uint32_t, VeltoTextBuffer));
+PIN(velto_close_metakeys, int32_t, (uint32_t));
+/* Virtual clips */
+PIN(velto_vclip_create, int32_t, (uint32_t, const VeltoChar*, uint32_t));
+PIN(velto_vclip_free, int32_t, (uint32_t, const VeltoChar*));
+PIN(velto_vclip_modification_start, int32_t, (uint32_t, const VeltoChar*));
+PIN(velto_vclip_modification_end, int32_t, (uint32_t, const VeltoChar*));
+PIN(velto_vclip_cfg_tracks, int32_t, (uint32_t, const VeltoChar*, const VeltoChar*, uint32_t));
+PIN(velto_vclip_add_segment1, int32_t,
+    (uint32_t, const VeltoChar*, const VeltoChar*, uint32_t, uint32_t, uint32_t, uint32_t));
+PIN(velto_vclip_add_segment2, int32_t,
+    (uint32_t, const VeltoChar*, const VeltoChar*, uint32_t, uint32_t, uint32_t, uint32_t, double));
+PIN(velto_vclip_clear_segment, int32_t, (uint32_t, const VeltoChar*, uint32_t, uint32_t, uint32_t));
+PIN(velto_vclip_ripple, int32_t, (uint32_t, const VeltoChar*, uint32_t, uint32_t, uint32_t));
+PIN(velto_vclip_track_enable, int32_t, (uint32_t, const VeltoChar*, uint32_t));
 
 size_t velto_prototypes(VeltoPrototype* prototypes, size_t capacity)
 {
     const VeltoPrototype all[] = {
-        {"velto_connect", (VeltoFunction)velto_connect},
-        {"velto_wait_until_connected", (VeltoFunction)velto_wait_until_connected},
-        {"velto_connected", (VeltoFunction)velto_connected},
-        {"velto_synchronous", (VeltoFunction)velto_synchronous},
-        {"velto_sync", (VeltoFunction)velto_sync},
-        {"velto_get_last_error", (VeltoFunction)velto_get_last_error},
-        {"velto_close", (VeltoFunction)velto_close},
-        {"velto_server_name", (VeltoFunction)velto_server_name},
-        {"velto_video_standard", (VeltoFunction)velto_video_standard},
-        {"velto_video_frequency", (VeltoFunction)velto_video_frequency},
-        {"velto_video_resolution", (VeltoFunction)velto_video_resolution},
-        {"velto_channel_status", (VeltoFunction)velto_channel_status},
-        {"velto_channel_clip", (VeltoFunction)velto_channel_clip},
-        {"velto_channel_clip_length", (VeltoFunction)velto_channel_clip_length},
-        {"velto_channel_position", (VeltoFunction)velto_channel_position},
-        {"velto_channel_speed", (VeltoFunction)velto_channel_speed},
-        {"velto_channel_repeat", (VeltoFunction)velto_channel_repeat},
-        {"velto_channel_angle", (VeltoFunction)velto_channel_angle},
-        {"velto_channel_ee", (VeltoFunction)velto_channel_ee},
-        {"velto_channel_precue_count", (VeltoFunction)velto_channel_precue_count},
-        {"velto_playlist_count", (VeltoFunction)velto_playlist_count},
-        {"velto_playlist_status", (VeltoFunction)velto_playlist_status},
-        {"velto_get_notification", (VeltoFunction)velto_get_notification},
-        {"velto_cmd_play3", (VeltoFunction)velto_cmd_play3},
-        {"velto_cmd_play2", (VeltoFunction)velto_cmd_play2},
-        {"velto_cmd_play1", (VeltoFunction)velto_cmd_play1},
-        {"velto_cmd_stop2", (VeltoFunction)velto_cmd_stop2},
-        {"velto_cmd_stop1", (VeltoFunction)velto_cmd_stop1},
-        {"velto_cmd_gang_play3", (VeltoFunction)velto_cmd_gang_play3},
-        {"velto_cmd_gang_play2", (VeltoFunction)velto_cmd_gang_play2},
-        {"velto_cmd_gang_play1", (VeltoFunction)velto_cmd_gang_play1},
-        {"velto_cmd_gang_stop2", (VeltoFunction)velto_cmd_gang_stop2},
-        {"velto_cmd_gang_stop1", (VeltoFunction)velto_cmd_gang_stop1},
-        {"velto_goto2", (VeltoFunction)velto_goto2},
-        {"velto_goto1", (VeltoFunction)velto_goto1},
-        {"velto_gang_goto2", (VeltoFunction)velto_gang_goto2},
-        {"velto_gang_goto1", (VeltoFunction)velto_gang_goto1},
-        {"velto_jog2", (VeltoFunction)velto_jog2},
-        {"velto_jog1", (VeltoFunction)velto_jog1},
-        {"velto_gang_jog2", (VeltoFunction)velto_gang_jog2},
-        {"velto_gang_jog1", (VeltoFunction)velto_gang_jog1},
-        {"velto_cmd_loadclip4", (VeltoFunction)velto_cmd_loadclip4},
-        {"velto_cmd_loadclip3", (VeltoFunction)velto_cmd_loadclip3},
-        {"velto_cmd_loadclip2", (VeltoFunction)velto_cmd_loadclip2},
-        {"velto_cmd_loadclip1", (VeltoFunction)velto_cmd_loadclip1},
-        {"velto_cmd_loadclip7", (VeltoFunction)velto_cmd_loadclip7},
-        {"velto_cmd_loadclip6", (VeltoFunction)velto_cmd_loadclip6},
-        {"velto_cmd_loadclip5", (VeltoFunction)velto_cmd_loadclip5},
-        {"velto_cmd_load_vclip3", (VeltoFunction)velto_cmd_load_vclip3},
-        {"velto_cmd_load_vclip2", (VeltoFunction)velto_cmd_load_vclip2},
-        {"velto_cmd_load_vclip1", (VeltoFunction)velto_cmd_load_vclip1},
-        {"velto_cmd_loadlist1", (VeltoFunction)velto_cmd_loadlist1},
-        {"velto_unload_channel", (VeltoFunction)velto_unload_channel},
-        {"velto_precue4", (VeltoFunction)velto_precue4},
-        {"velto_precue3", (VeltoFunction)velto_precue3},
-        {"velto_precue2", (VeltoFunction)velto_precue2},
-        {"velto_precue1", (VeltoFunction)velto_precue1},
-        {"velto_precue_activate1", (VeltoFunction)velto_precue_activate1},
-        {"velto_gang_precue_activate1", (VeltoFunction)velto_gang_precue_activate1},
-        {"velto_precue_clear1", (VeltoFunction)velto_precue_clear1},
-        {"velto_go_live4", (VeltoFunction)velto_go_live4},
-        {"velto_go_live3", (VeltoFunction)velto_go_live3},
-        {"velto_go_live2", (VeltoFunction)velto_go_live2},
-        {"velto_go_live1", (VeltoFunction)velto_go_live1},
-        {"velto_take2", (VeltoFunction)velto_take2},
-        {"velto_take1", (VeltoFunction)velto_take1},
-        {"velto_angle1", (VeltoFunction)velto_angle1},
-        {"velto_edit1", (VeltoFunction)velto_edit1},
-        {"velto_edit_all_on", (VeltoFunction)velto_edit_all_on},
-        {"velto_edit_all_off", (VeltoFunction)velto_edit_all_off},
-        {"velto_gang_edit1", (VeltoFunction)velto_gang_edit1},
-        {"velto_gang_edit_all_on", (VeltoFunction)velto_gang_edit_all_on},
-        {"velto_gang_edit_all_off", (VeltoFunction)velto_gang_edit_all_off},
-        {"velto_ee1", (VeltoFunction)velto_ee1},
-        {"velto_ee_all_on", (VeltoFunction)velto_ee_all_on},
-        {"velto_ee_all_off", (VeltoFunction)velto_ee_all_off},
-        {"velto_gang_ee1", (VeltoFunction)velto_gang_ee1},
-        {"velto_gang_ee_all_on", (VeltoFunction)velto_gang_ee_all_on},
-        {"velto_gang_ee_all_off", (VeltoFunction)velto_gang_ee_all_off},
-        {"velto_set_repeat", (VeltoFunction)velto_set_repeat},
-        {"velto_set_channel_repeat", (VeltoFunction)velto_set_channel_repeat},
-        {"velto_set_out1", (VeltoFunction)velto_set_out1},
-        {"velto_clear_out", (VeltoFunction)velto_clear_out},
-        {"velto_cmd_playlist_cue_now", (VeltoFunction)velto_cmd_playlist_cue_now},
-        {"velto_cmd_playlist_cue_list", (VeltoFunction)velto_cmd_playlist_cue_list},
-        {"velto_cmd_playlist_cue_next", (VeltoFunction)velto_cmd_playlist_cue_next},
-        {"velto_cmd_playlist_play_now", (VeltoFunction)velto_cmd_playlist_play_now},
-        {"velto_cmd_playlist_play_next", (VeltoFunction)velto_cmd_playlist_play_next},
+        LISTED(velto_connect),
+        LISTED(velto_wait_until_connected),
+        LISTED(velto_connected),
+        LISTED(velto_synchronous),
+        LISTED(velto_sync),
+        LISTED(velto_get_last_error),
+        LISTED(velto_close),
+        LISTED(velto_server_name),
+        LISTED(velto_video_standard),
+        LISTED(velto_video_frequency),
+        LISTED(velto_video_resolution),
+        LISTED(velto_disk_usage1),
+        LISTED(velto_disk_usage2),
+        LISTED(velto_channel_status),
+        LISTED(velto_channel_clip),
+        LISTED(velto_channel_clip_length),
+        LISTED(velto_channel_position),
+        LISTED(velto_channel_speed),
+        LISTED(velto_channel_repeat),
+        LISTED(velto_channel_angle),
+        LISTED(velto_channel_ee),
+        LISTED(velto_channel_precue_count),
+        LISTED(velto_playlist_count),
+        LISTED(velto_playlist_status),
+        LISTED(velto_get_notification),
+        LISTED(velto_cmd_play3),
+        LISTED(velto_cmd_play2),
+        LISTED(velto_cmd_play1),
+        LISTED(velto_cmd_stop2),
+        LISTED(velto_cmd_stop1),
+        LISTED(velto_cmd_gang_play3),
+        LISTED(velto_cmd_gang_play2),
+        LISTED(velto_cmd_gang_play1),
+        LISTED(velto_cmd_gang_stop2),
+        LISTED(velto_cmd_gang_stop1),
+        LISTED(velto_goto2),
+        LISTED(velto_goto1),
+        LISTED(velto_gang_goto2),
+        LISTED(velto_gang_goto1),
+        LISTED(velto_jog2),
+        LISTED(velto_jog1),
+        LISTED(velto_gang_jog2),
+        LISTED(velto_gang_jog1),
+        LISTED(velto_cmd_loadclip4),
+        LISTED(velto_cmd_loadclip3),
+        LISTED(velto_cmd_loadclip2),
+        LISTED(velto_cmd_loadclip1),
+        LISTED(velto_cmd_loadclip7),
+        LISTED(velto_cmd_loadclip6),
+        LISTED(velto_cmd_loadclip5),
+        LISTED(velto_cmd_load_vclip3),
+        LISTED(velto_cmd_load_vclip2),
+        LISTED(velto_cmd_load_vclip1),
+        LISTED(velto_cmd_loadlist1),
+        LISTED(velto_unload_channel),
+        LISTED(velto_precue4),
+        LISTED(velto_precue3),
+        LISTED(velto_precue2),
+        LISTED(velto_precue1),
+        LISTED(velto_precue_activate1),
+        LISTED(velto_gang_precue_activate1),
+        LISTED(velto_precue_clear1),
+        LISTED(velto_go_live4),
+        LISTED(velto_go_live3),
+        LISTED(velto_go_live2),
+        LISTED(velto_go_live1),
+        LISTED(velto_take2),
+        LISTED(velto_take1),
+        LISTED(velto_angle1),
+        LISTED(velto_edit1),
+        LISTED(velto_edit_all_on),
+        LISTED(velto_edit_all_off),
+        LISTED(velto_gang_edit1),
+        LISTED(velto_gang_edit_all_on),
+        LISTED(velto_gang_edit_all_off),
+        LISTED(velto_ee1),
+        LISTED(velto_ee_all_on),
+        LISTED(velto_ee_all_off),
+        LISTED(velto_gang_ee1),
+        LISTED(velto_gang_ee_all_on),
+        LISTED(velto_gang_ee_all_off),
+        LISTED(velto_set_repeat),
+        LISTED(velto_set_channel_repeat),
+        LISTED(velto_set_out1),
+        LISTED(velto_clear_out),
+        LISTED(velto_cmd_playlist_cue_now),
+        LISTED(velto_cmd_playlist_cue_list),
+        LISTED(velto_cmd_playlist_cue_next),
+        LISTED(velto_cmd_playlist_play_now),
+        LISTED(velto_cmd_playlist_play_next),
+        LISTED(velto_clip_exists),
+        LISTED(velto_create_clip1),
+        LISTED(velto_create_clip2),
+        LISTED(velto_create_clip3),
+        LISTED(velto_create_child_clip1),
+        LISTED(velto_create_child_clip2),
+        LISTED(velto_create_directory),
+        LISTED(velto_delete_clip),
+        LISTED(velto_rename_clip),
+        LISTED(velto_set_readonly),
+        LISTED(velto_unset_readonly),
+        LISTED(velto_open_clip_metadata),
+        LISTED(velto_close_clip_metadata),
+        LISTED(velto_clip_title),
+        LISTED(velto_clip_creator),
+        LISTED(velto_clip_project),
+        LISTED(velto_clip_uuid),
+        LISTED(velto_clip_parent_uuid),
+        LISTED(velto_clip_length),
+        LISTED(velto_clip_loop_in_point),
+        LISTED(velto_clip_loop_out_point),
+        LISTED(velto_clip_trim_start),
+        LISTED(velto_clip_trim_end),
+        LISTED(velto_clip_playback),
+        LISTED(velto_clip_repeat),
+        LISTED(velto_clip_video_standard),
+        LISTED(velto_clip_timecode_source),
+        LISTED(velto_clip_is_readonly),
+        LISTED(velto_clip_content_last_edited),
+        LISTED(velto_clip_metadata_last_edited),
+        LISTED(velto_clip_last_loaded),
+        LISTED(velto_clip_last_unloaded),
+        LISTED(velto_clip_last_played),
+        LISTED(velto_get_tracks),
+        LISTED(velto_clip_recorded_timecode0),
+        LISTED(velto_clip_timecode_stripe),
+        LISTED(velto_set_clip_title),
+        LISTED(velto_set_clip_creator),
+        LISTED(velto_set_clip_project),
+        LISTED(velto_set_clip_loop_in_point),
+        LISTED(velto_set_clip_loop_out_point),
+        LISTED(velto_set_clip_trim_start),
+        LISTED(velto_set_clip_trim_end),
+        LISTED(velto_set_clip_playback),
+        LISTED(velto_set_clip_repeat),
+        LISTED(velto_set_clip_timecode_source),
+        LISTED(velto_set_clip_timecode_stripe),
+        LISTED(velto_open_clip_list),
+        LISTED(velto_get_clip_name),
+        LISTED(velto_close_clip_list),
+        LISTED(velto_open_directory_list),
+        LISTED(velto_get_directory_name),
+        LISTED(velto_close_directory_list),
+        LISTED(velto_open_playlist_list),
+        LISTED(velto_get_playlist_name),
+        LISTED(velto_close_playlist_list),
+        LISTED(velto_track_clip_changes),
+        LISTED(velto_track_directory_changes),
+        LISTED(velto_track_change_added_clip),
+        LISTED(velto_track_change_changed_clip),
+        LISTED(velto_track_change_deleted_clip),
+        LISTED(velto_track_change_added_directory),
+        LISTED(velto_track_change_deleted_directory),
+        LISTED(velto_clip_get_meta),
+        LISTED(velto_clip_has_meta),
+        LISTED(velto_clip_set_meta),
+        LISTED(velto_clip_delete_meta),
+        LISTED(velto_clip_open_metakeys),
+        LISTED(velto_get_metakey),
+        LISTED(velto_close_metakeys),
+        LISTED(velto_vclip_create),
+        LISTED(velto_vclip_free),
+        LISTED(velto_vclip_modification_start),
+        LISTED(velto_vclip_modification_end),
+        LISTED(velto_vclip_cfg_tracks),
+        LISTED(velto_vclip_add_segment1),
+        LISTED(velto_vclip_add_segment2),
+        LISTED(velto_vclip_clear_segment),
+        LISTED(velto_vclip_ripple),
+        LISTED(velto_vclip_track_enable),
     };
     const size_t count = sizeof all / sizeof all[0];
 

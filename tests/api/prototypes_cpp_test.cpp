@@ -15,6 +15,8 @@
 #include "velto/velto.h"
 
 static_assert(std::is_same_v<VeltoHandle, std::uint32_t>);
+static_assert(std::is_same_v<VeltoRecordHandle, std::uint32_t>);
+static_assert(std::is_same_v<VeltoListHandle, std::uint32_t>);
 static_assert(std::is_same_v<VeltoResult, std::int32_t>);
 static_assert(sizeof(VeltoChar) == 2);
 
@@ -40,6 +42,10 @@ static_assert(std::is_same_v<decltype(velto_video_frequency),
     std::int32_t(std::uint32_t, std::uint32_t*)>);
 static_assert(std::is_same_v<decltype(velto_video_resolution),
     std::int32_t(std::uint32_t, std::uint32_t*)>);
+static_assert(std::is_same_v<decltype(velto_disk_usage1),
+    std::int32_t(std::uint32_t, std::uint64_t*, std::uint64_t*, std::uint32_t*)>);
+static_assert(std::is_same_v<decltype(velto_disk_usage2),
+    std::int32_t(std::uint32_t, std::uint32_t*, std::uint32_t*)>);
 // Channel state
 static_assert(std::is_same_v<decltype(velto_channel_status),
     std::int32_t(std::uint32_t, std::uint32_t, std::uint32_t*)>);
@@ -207,6 +213,166 @@ static_assert(std::is_same_v<decltype(velto_cmd_playlist_play_now),
     std::int32_t(std::uint32_t, std::uint32_t, std::uint32_t)>);
 static_assert(std::is_same_v<decltype(velto_cmd_playlist_play_next),
     std::int32_t(std::uint32_t, std::uint32_t, std::uint32_t)>);
+// Clips on the server
+static_assert(std::is_same_v<decltype(velto_clip_exists),
+    std::int32_t(std::uint32_t, const VeltoChar*, std::uint32_t*)>);
+static_assert(std::is_same_v<decltype(velto_create_clip1),
+    std::int32_t(std::uint32_t, const VeltoChar*, std::uint32_t)>);
+static_assert(std::is_same_v<decltype(velto_create_clip2),
+    std::int32_t(std::uint32_t, const VeltoChar*, std::uint32_t, std::uint32_t)>);
+static_assert(std::is_same_v<decltype(velto_create_clip3),
+    std::int32_t(std::uint32_t, std::uint32_t, const VeltoChar*, std::uint32_t, std::uint32_t)>);
+static_assert(std::is_same_v<decltype(velto_create_child_clip1),
+    std::int32_t(std::uint32_t, const VeltoChar*, const VeltoChar*)>);
+static_assert(std::is_same_v<decltype(velto_create_child_clip2),
+    std::int32_t(std::uint32_t, const VeltoChar*, const VeltoChar*, std::uint32_t)>);
+static_assert(std::is_same_v<decltype(velto_create_directory),
+    std::int32_t(std::uint32_t, const VeltoChar*)>);
+static_assert(std::is_same_v<decltype(velto_delete_clip),
+    std::int32_t(std::uint32_t, const VeltoChar*)>);
+static_assert(std::is_same_v<decltype(velto_rename_clip),
+    std::int32_t(std::uint32_t, const VeltoChar*, const VeltoChar*)>);
+static_assert(std::is_same_v<decltype(velto_set_readonly),
+    std::int32_t(std::uint32_t, const VeltoChar*)>);
+static_assert(std::is_same_v<decltype(velto_unset_readonly),
+    std::int32_t(std::uint32_t, const VeltoChar*)>);
+// Clip records
+static_assert(std::is_same_v<decltype(velto_open_clip_metadata),
+    std::int32_t(std::uint32_t, const VeltoChar*, std::uint32_t*)>);
+static_assert(std::is_same_v<decltype(velto_close_clip_metadata), std::int32_t(std::uint32_t)>);
+static_assert(std::is_same_v<decltype(velto_clip_title),
+    std::int32_t(std::uint32_t, VeltoTextBuffer)>);
+static_assert(std::is_same_v<decltype(velto_clip_creator),
+    std::int32_t(std::uint32_t, VeltoTextBuffer)>);
+static_assert(std::is_same_v<decltype(velto_clip_project),
+    std::int32_t(std::uint32_t, VeltoTextBuffer)>);
+static_assert(std::is_same_v<decltype(velto_clip_uuid),
+    std::int32_t(std::uint32_t, VeltoTextBuffer)>);
+static_assert(std::is_same_v<decltype(velto_clip_parent_uuid),
+    std::int32_t(std::uint32_t, VeltoTextBuffer)>);
+static_assert(std::is_same_v<decltype(velto_clip_length),
+    std::int32_t(std::uint32_t, std::uint32_t*)>);
+static_assert(std::is_same_v<decltype(velto_clip_loop_in_point),
+    std::int32_t(std::uint32_t, std::uint32_t*)>);
+static_assert(std::is_same_v<decltype(velto_clip_loop_out_point),
+    std::int32_t(std::uint32_t, std::uint32_t*)>);
+static_assert(std::is_same_v<decltype(velto_clip_trim_start),
+    std::int32_t(std::uint32_t, std::uint32_t*)>);
+static_assert(std::is_same_v<decltype(velto_clip_trim_end),
+    std::int32_t(std::uint32_t, std::uint32_t*)>);
+static_assert(std::is_same_v<decltype(velto_clip_playback),
+    std::int32_t(std::uint32_t, std::uint32_t*)>);
+static_assert(std::is_same_v<decltype(velto_clip_repeat),
+    std::int32_t(std::uint32_t, std::uint32_t*)>);
+static_assert(std::is_same_v<decltype(velto_clip_video_standard),
+    std::int32_t(std::uint32_t, std::uint32_t*)>);
+static_assert(std::is_same_v<decltype(velto_clip_timecode_source),
+    std::int32_t(std::uint32_t, std::uint32_t*)>);
+static_assert(std::is_same_v<decltype(velto_clip_is_readonly),
+    std::int32_t(std::uint32_t, std::uint32_t*)>);
+static_assert(std::is_same_v<decltype(velto_clip_content_last_edited),
+    std::int32_t(std::uint32_t, std::uint64_t*)>);
+static_assert(std::is_same_v<decltype(velto_clip_metadata_last_edited),
+    std::int32_t(std::uint32_t, std::uint64_t*)>);
+static_assert(std::is_same_v<decltype(velto_clip_last_loaded),
+    std::int32_t(std::uint32_t, std::uint64_t*)>);
+static_assert(std::is_same_v<decltype(velto_clip_last_unloaded),
+    std::int32_t(std::uint32_t, std::uint64_t*)>);
+static_assert(std::is_same_v<decltype(velto_clip_last_played),
+    std::int32_t(std::uint32_t, std::uint64_t*)>);
+static_assert(std::is_same_v<decltype(velto_get_tracks),
+    std::int32_t(std::uint32_t, std::uint32_t*)>);
+static_assert(std::is_same_v<decltype(velto_clip_recorded_timecode0),
+    std::int32_t(std::uint32_t, std::uint32_t*, std::uint32_t*)>);
+static_assert(std::is_same_v<decltype(velto_clip_timecode_stripe),
+    std::int32_t(std::uint32_t, std::uint32_t*, std::uint32_t*)>);
+static_assert(std::is_same_v<decltype(velto_set_clip_title),
+    std::int32_t(std::uint32_t, const VeltoChar*)>);
+static_assert(std::is_same_v<decltype(velto_set_clip_creator),
+    std::int32_t(std::uint32_t, const VeltoChar*)>);
+static_assert(std::is_same_v<decltype(velto_set_clip_project),
+    std::int32_t(std::uint32_t, const VeltoChar*)>);
+static_assert(std::is_same_v<decltype(velto_set_clip_loop_in_point),
+    std::int32_t(std::uint32_t, std::uint32_t)>);
+static_assert(std::is_same_v<decltype(velto_set_clip_loop_out_point),
+    std::int32_t(std::uint32_t, std::uint32_t)>);
+static_assert(std::is_same_v<decltype(velto_set_clip_trim_start),
+    std::int32_t(std::uint32_t, std::uint32_t)>);
+static_assert(std::is_same_v<decltype(velto_set_clip_trim_end),
+    std::int32_t(std::uint32_t, std::uint32_t)>);
+static_assert(std::is_same_v<decltype(velto_set_clip_playback),
+    std::int32_t(std::uint32_t, std::uint32_t)>);
+static_assert(std::is_same_v<decltype(velto_set_clip_repeat),
+    std::int32_t(std::uint32_t, std::uint32_t)>);
+static_assert(std::is_same_v<decltype(velto_set_clip_timecode_source),
+    std::int32_t(std::uint32_t, std::uint32_t)>);
+static_assert(std::is_same_v<decltype(velto_set_clip_timecode_stripe),
+    std::int32_t(std::uint32_t, std::uint32_t, std::uint32_t)>);
+// Lists and changes
+static_assert(std::is_same_v<decltype(velto_open_clip_list),
+    std::int32_t(std::uint32_t, std::uint32_t*)>);
+static_assert(std::is_same_v<decltype(velto_get_clip_name),
+    std::int32_t(std::uint32_t, VeltoTextBuffer)>);
+static_assert(std::is_same_v<decltype(velto_close_clip_list), void(std::uint32_t)>);
+static_assert(std::is_same_v<decltype(velto_open_directory_list),
+    std::int32_t(std::uint32_t, std::uint32_t*)>);
+static_assert(std::is_same_v<decltype(velto_get_directory_name),
+    std::int32_t(std::uint32_t, VeltoTextBuffer)>);
+static_assert(std::is_same_v<decltype(velto_close_directory_list), void(std::uint32_t)>);
+static_assert(std::is_same_v<decltype(velto_open_playlist_list),
+    std::int32_t(std::uint32_t, std::uint32_t*)>);
+static_assert(std::is_same_v<decltype(velto_get_playlist_name),
+    std::int32_t(std::uint32_t, VeltoTextBuffer)>);
+static_assert(std::is_same_v<decltype(velto_close_playlist_list), void(std::uint32_t)>);
+static_assert(std::is_same_v<decltype(velto_track_clip_changes), std::int32_t(std::uint32_t)>);
+static_assert(std::is_same_v<decltype(velto_track_directory_changes), std::int32_t(std::uint32_t)>);
+static_assert(std::is_same_v<decltype(velto_track_change_added_clip),
+    std::int32_t(std::uint32_t, VeltoTextBuffer)>);
+static_assert(std::is_same_v<decltype(velto_track_change_changed_clip),
+    std::int32_t(std::uint32_t, VeltoTextBuffer)>);
+static_assert(std::is_same_v<decltype(velto_track_change_deleted_clip),
+    std::int32_t(std::uint32_t, VeltoTextBuffer)>);
+static_assert(std::is_same_v<decltype(velto_track_change_added_directory),
+    std::int32_t(std::uint32_t, VeltoTextBuffer)>);
+static_assert(std::is_same_v<decltype(velto_track_change_deleted_directory),
+    std::int32_t(std::uint32_t, VeltoTextBuffer)>);
+// Clip metadata
+static_assert(std::is_same_v<decltype(velto_clip_get_meta),
+    std::int32_t(std::uint32_t, const VeltoChar*, VeltoTextBuffer)>);
+static_assert(std::is_same_v<decltype(velto_clip_has_meta),
+    std::int32_t(std::uint32_t, const VeltoChar*, std::uint32_t*)>);
+static_assert(std::is_same_v<decltype(velto_clip_set_meta),
+    std::int32_t(std::uint32_t, const VeltoChar*, const VeltoChar*)>);
+static_assert(std::is_same_v<decltype(velto_clip_delete_meta),
+    std::int32_t(std::uint32_t, const VeltoChar*)>);
+static_assert(std::is_same_v<decltype(velto_clip_open_metakeys),
+    std::int32_t(std::uint32_t, std::uint32_t*)>);
+static_assert(std::is_same_v<decltype(velto_get_metakey),
+    std::int32_t(std::uint32_t, VeltoTextBuffer)>);
+static_assert(std::is_same_v<decltype(velto_close_metakeys), std::int32_t(std::uint32_t)>);
+// Virtual clips
+static_assert(std::is_same_v<decltype(velto_vclip_create),
+    std::int32_t(std::uint32_t, const VeltoChar*, std::uint32_t)>);
+static_assert(std::is_same_v<decltype(velto_vclip_free),
+    std::int32_t(std::uint32_t, const VeltoChar*)>);
+static_assert(std::is_same_v<decltype(velto_vclip_modification_start),
+    std::int32_t(std::uint32_t, const VeltoChar*)>);
+static_assert(std::is_same_v<decltype(velto_vclip_modification_end),
+    std::int32_t(std::uint32_t, const VeltoChar*)>);
+static_assert(std::is_same_v<decltype(velto_vclip_cfg_tracks),
+    std::int32_t(std::uint32_t, const VeltoChar*, const VeltoChar*, std::uint32_t)>);
+static_assert(std::is_same_v<decltype(velto_vclip_add_segment1),
+    std::int32_t(std::uint32_t, const VeltoChar*, const VeltoChar*, std::uint32_t, std::uint32_t,
+                 std::uint32_t, std::uint32_t)>);
+static_assert(std::is_same_v<decltype(velto_vclip_add_segment2),
+    std::int32_t(std::uint32_t, const VeltoChar*, const VeltoChar*, std::uint32_t, std::uint32_t,
+                 std::uint32_t, std::uint32_t, double)>);
+static_assert(std::is_same_v<decltype(velto_vclip_clear_segment),
+    std::int32_t(std::uint32_t, const VeltoChar*, std::uint32_t, std::uint32_t, std::uint32_t)>);
+static_assert(std::is_same_v<decltype(velto_vclip_ripple),
+    std::int32_t(std::uint32_t, const VeltoChar*, std::uint32_t, std::uint32_t, std::uint32_t)>);
+static_assert(std::is_same_v<decltype(velto_vclip_track_enable),
+    std::int32_t(std::uint32_t, const VeltoChar*, std::uint32_t)>);
 // clang-format on
 
 namespace
@@ -215,6 +381,15 @@ namespace
 // Functions that may be one and the same code.
 const std::set<std::set<std::string>> same_code = {
     {"velto_set_repeat", "velto_set_channel_repeat"},
+    {"velto_get_clip_name", "velto_get_directory_name"},
+    {"velto_get_clip_name", "velto_get_playlist_name"},
+    {"velto_get_clip_name", "velto_get_metakey"},
+    {"velto_get_directory_name", "velto_get_playlist_name"},
+    {"velto_get_directory_name", "velto_get_metakey"},
+    {"velto_get_playlist_name", "velto_get_metakey"},
+    {"velto_close_clip_list", "velto_close_directory_list"},
+    {"velto_close_clip_list", "velto_close_playlist_list"},
+    {"velto_close_directory_list", "velto_close_playlist_list"},
 };
 
 const std::vector<std::string> described = {
@@ -229,6 +404,8 @@ const std::vector<std::string> described = {
     "velto_video_standard",
     "velto_video_frequency",
     "velto_video_resolution",
+    "velto_disk_usage1",
+    "velto_disk_usage2",
     "velto_channel_status",
     "velto_channel_clip",
     "velto_channel_clip_length",
@@ -306,6 +483,86 @@ const std::vector<std::string> described = {
     "velto_cmd_playlist_cue_next",
     "velto_cmd_playlist_play_now",
     "velto_cmd_playlist_play_next",
+    "velto_clip_exists",
+    "velto_create_clip1",
+    "velto_create_clip2",
+    "velto_create_clip3",
+    "velto_create_child_clip1",
+    "velto_create_child_clip2",
+    "velto_create_directory",
+    "velto_delete_clip",
+    "velto_rename_clip",
+    "velto_set_readonly",
+    "velto_unset_readonly",
+    "velto_open_clip_metadata",
+    "velto_close_clip_metadata",
+    "velto_clip_title",
+    "velto_clip_creator",
+    "velto_clip_project",
+    "velto_clip_uuid",
+    "velto_clip_parent_uuid",
+    "velto_clip_length",
+    "velto_clip_loop_in_point",
+    "velto_clip_loop_out_point",
+    "velto_clip_trim_start",
+    "velto_clip_trim_end",
+    "velto_clip_playback",
+    "velto_clip_repeat",
+    "velto_clip_video_standard",
+    "velto_clip_timecode_source",
+    "velto_clip_is_readonly",
+    "velto_clip_content_last_edited",
+    "velto_clip_metadata_last_edited",
+    "velto_clip_last_loaded",
+    "velto_clip_last_unloaded",
+    "velto_clip_last_played",
+    "velto_get_tracks",
+    "velto_clip_recorded_timecode0",
+    "velto_clip_timecode_stripe",
+    "velto_set_clip_title",
+    "velto_set_clip_creator",
+    "velto_set_clip_project",
+    "velto_set_clip_loop_in_point",
+    "velto_set_clip_loop_out_point",
+    "velto_set_clip_trim_start",
+    "velto_set_clip_trim_end",
+    "velto_set_clip_playback",
+    "velto_set_clip_repeat",
+    "velto_set_clip_timecode_source",
+    "velto_set_clip_timecode_stripe",
+    "velto_open_clip_list",
+    "velto_get_clip_name",
+    "velto_close_clip_list",
+    "velto_open_directory_list",
+    "velto_get_directory_name",
+    "velto_close_directory_list",
+    "velto_open_playlist_list",
+    "velto_get_playlist_name",
+    "velto_close_playlist_list",
+    "velto_track_clip_changes",
+    "velto_track_directory_changes",
+    "velto_track_change_added_clip",
+    "velto_track_change_changed_clip",
+    "velto_track_change_deleted_clip",
+    "velto_track_change_added_directory",
+    "velto_track_change_deleted_directory",
+    "velto_clip_get_meta",
+    "velto_clip_has_meta",
+    "velto_clip_set_meta",
+    "velto_clip_delete_meta",
+    "velto_clip_open_metakeys",
+    "velto_get_metakey",
+    "velto_close_metakeys",
+    "velto_vclip_create",
+    "velto_vclip_free",
+    "velto_vclip_modification_start",
+    "velto_vclip_modification_end",
+    "velto_vclip_cfg_tracks",
+    "velto_vclip_add_segment1",
+    "velto_vclip_add_segment2",
+    "velto_vclip_clear_segment",
+    "velto_vclip_ripple",
+    "velto_vclip_track_enable",
 };
 
 std::vector<VeltoPrototype> linked()
@@ -323,7 +580,7 @@ TEST(Prototypes, AreThoseOfTheDescription)
     for (const VeltoPrototype& prototype : linked()) {
         names.emplace_back(prototype.name);
     }
-    EXPECT_EQ(names.size(), std::size_t{88});
+    EXPECT_EQ(names.size(), std::size_t{170});
     EXPECT_EQ(names, described);
 }
 

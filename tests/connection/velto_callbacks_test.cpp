@@ -134,20 +134,20 @@ TEST_F(Callbacks, DataIsStoredBeforeTheWaiterWakes)
     const CBHolder<CBServerNameObject> name(connection, Waiting::waits);
     auto reading = in_thread([&] {
         name.outcome();
-        return name->name.to_utf8();
+        return name->reply.get<"ComputerName">().to_utf8();
     });
-    name->computername_delegate("ingest_2");
+    name->reply_delegate("ingest_2");
     EXPECT_EQ(await(std::move(reading)), "ingest_2");
 
     const CBHolder<CBVideoStandardObject> video(connection, Waiting::waits);
     constexpr auto standard = ZAVL3::word<ZAVL3::VideoStandard>("720_50p");
     constexpr auto rate = ZAVL3::word<ZAVL3::VideoRate>("50");
     constexpr auto resolution = ZAVL3::word<ZAVL3::VideoResolution>("720p");
-    video->video_standard_delegate(standard, rate, resolution);
+    video->reply_delegate(standard, rate, resolution);
     EXPECT_EQ(outcome_of([&] { return video.outcome(); }), succeeded);
-    EXPECT_EQ(video->standard, standard);
-    EXPECT_EQ(video->rate, rate);
-    EXPECT_EQ(video->resolution, resolution);
+    EXPECT_EQ(video->reply.get<"VideoStandard">(), standard);
+    EXPECT_EQ(video->reply.get<"VideoRate">(), rate);
+    EXPECT_EQ(video->reply.get<"VideoResolution">(), resolution);
 }
 
 } // namespace

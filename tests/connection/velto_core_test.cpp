@@ -13,7 +13,7 @@ using Buffer = std::array<VeltoChar, 32>;
 
 VeltoResult stop(const ARef<VeltoConnObject>& connection)
 {
-    return VeltoConnObject::plain_command<ZAVL3::command::stop>(connection);
+    return VeltoConnObject::plain_command(connection, ZAVL3::command::stop{});
 }
 
 VeltoResult server_name(const ARef<VeltoConnObject>& connection, Buffer& buffer)

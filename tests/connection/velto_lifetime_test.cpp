@@ -47,7 +47,7 @@ protected:
         velto_wait_until_connected(handle);
     }
 
-    VeltoResult stop() { return VeltoConnObject::plain_command<ZAVL3::command::stop>(connection); }
+    VeltoResult stop() { return VeltoConnObject::plain_command(connection, ZAVL3::command::stop{}); }
 
     // From here on the connection belongs to the commands that are outstanding.
     void close()

@@ -155,7 +155,8 @@ class Loader:
         enumerations = [entry["name"] for entry, _ in self.lists["enumeration"]]
         if argument.constants and argument.constants not in enumerations:
             fail(where, f"unknown enumeration '{argument.constants}'")
-        is_number = argument.type not in ("handle", "text", "buffer")
+        is_handle = "plain" in self.named["type"][argument.type][0]
+        is_number = argument.type not in ("text", "buffer") and not is_handle
         if is_number and argument.direction == "in" and not (argument.constants or argument.range):
             fail(where, "a number needs 'range' or 'constants'")
         return argument

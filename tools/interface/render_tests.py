@@ -19,10 +19,14 @@ C_TOP = """\
     _Static_assert(_Generic(&name, result(*) arguments : 1, default : 0), "prototype of " #name)
 
 _Static_assert(_Generic((VeltoHandle)0, uint32_t : 1, default : 0), "VeltoHandle");
+_Static_assert(_Generic((VeltoRecordHandle)0, uint32_t : 1, default : 0), "VeltoRecordHandle");
+_Static_assert(_Generic((VeltoListHandle)0, uint32_t : 1, default : 0), "VeltoListHandle");
 _Static_assert(_Generic((VeltoResult)0, int32_t : 1, default : 0), "VeltoResult");
 _Static_assert(sizeof(VeltoChar) == 2, "VeltoChar");
 
 /* clang-format off */
+#define LISTED(name) {{#name, (VeltoFunction)name}}
+
 """
 
 CPP_TOP = """\
@@ -43,6 +47,8 @@ CPP_TOP = """\
 #include "velto/velto.h"
 
 static_assert(std::is_same_v<VeltoHandle, std::uint32_t>);
+static_assert(std::is_same_v<VeltoRecordHandle, std::uint32_t>);
+static_assert(std::is_same_v<VeltoListHandle, std::uint32_t>);
 static_assert(std::is_same_v<VeltoResult, std::int32_t>);
 static_assert(sizeof(VeltoChar) == 2);
 
@@ -144,7 +150,7 @@ def c_test(description):
     lines += ["", "size_t velto_prototypes(VeltoPrototype* prototypes, size_t capacity)", "{"]
     lines += ["    const VeltoPrototype all[] = {"]
     for function in description.functions:
-        lines.append(f'        {{"{function.name}", (VeltoFunction){function.name}}},')
+        lines.append(f"        LISTED({function.name}),")
     lines += ["    };", "    const size_t count = sizeof all / sizeof all[0];", ""]
     lines += ["    for (size_t i = 0; i < count && i < capacity; ++i) {"]
     lines += ["        prototypes[i] = all[i];", "    }", "    return count;", "}"]

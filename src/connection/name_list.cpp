@@ -1,0 +1,38 @@
+#include "connection/name_list.h"
+
+#include <tuple>
+
+namespace
+{
+constexpr std::uint64_t segment_length = std::tuple_size_v<decltype(AStringSegment::buf)>;
+}
+
+void NameListBuilder::append(const AString& name)
+{
+    if (unpacked_length + name.length() > segment_length) {
+        pack();
+    }
+    unpacked.push_back(name);
+    unpacked_length += name.length();
+}
+
+void NameListBuilder::pack()
+{
+    if (!names) {
+        names = NameList::create();
+    }
+    const AString text(unpacked);
+    std::uint64_t start = 0;
+    for (const AString& name : unpacked) {
+        names->push_back(text.mid(start, name.length()));
+        start += name.length();
+    }
+    unpacked.clear();
+    unpacked_length = 0;
+}
+
+NameList NameListBuilder::finish()
+{
+    pack();
+    return names;
+}
