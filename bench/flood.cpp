@@ -4,8 +4,6 @@
 #include "measure.h"
 #include "timecode_reports.h"
 
-#include <time.h>
-
 #include <chrono>
 #include <cstdio>
 #include <fstream>
@@ -16,13 +14,6 @@ namespace
 constexpr std::uint32_t first_position = 1000000; // all of seven digits, as most of a long day are
 constexpr std::size_t send_block_bytes = 65536;
 constexpr double longest_flood_seconds = 120; // only catches a hang
-
-double cpu_seconds(clockid_t clock)
-{
-    timespec time{};
-    clock_gettime(clock, &time);
-    return static_cast<double>(time.tv_sec) + 1e-9 * static_cast<double>(time.tv_nsec);
-}
 
 std::size_t resident_kilobytes()
 {

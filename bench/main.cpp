@@ -1,5 +1,6 @@
 #include "flood.h"
 #include "getters.h"
+#include "names.h"
 #include "round_trip.h"
 
 #include <cstdlib>
@@ -15,10 +16,8 @@ struct Measurement {
 };
 
 constexpr Measurement measurements[] = {
-    {"round_trips", measure_round_trips},
-    {"rates", measure_rates},
-    {"flood", measure_flood},
-    {"getters", measure_getters},
+    {"round_trips", measure_round_trips}, {"rates", measure_rates}, {"flood", measure_flood},
+    {"getters", measure_getters},         {"names", measure_names},
 };
 
 // Takes the filter that the other program's framework takes, and lets its other options pass.

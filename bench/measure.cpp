@@ -17,6 +17,13 @@ double seconds_since(Clock::time_point start)
     return std::chrono::duration<double>(Clock::now() - start).count();
 }
 
+double cpu_seconds(clockid_t clock)
+{
+    timespec time{};
+    clock_gettime(clock, &time);
+    return static_cast<double>(time.tv_sec) + 1e-9 * static_cast<double>(time.tv_nsec);
+}
+
 double percentile(std::vector<double>& values, double fraction)
 {
     const auto last = static_cast<double>(values.size() - 1);

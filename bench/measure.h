@@ -1,5 +1,7 @@
 #pragma once
 
+#include <time.h>
+
 #include <chrono>
 #include <cstddef>
 #include <vector>
@@ -12,6 +14,8 @@ using Clock = std::chrono::steady_clock;
 void require(bool good, const char* what);
 
 double seconds_since(Clock::time_point start);
+// CPU time used so far: of the process, or of the calling thread.
+double cpu_seconds(clockid_t clock);
 
 // Reorders `values`. The fraction 0.5 is the median.
 double percentile(std::vector<double>& values, double fraction);

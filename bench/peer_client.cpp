@@ -1,14 +1,10 @@
 #include "peer_client.h"
 
 #include <charconv>
-#include <cstring>
 #include <string_view>
 
 namespace
 {
-
-constexpr std::size_t block_bytes = 65536;
-constexpr std::string_view report_end = "</report>";
 
 // The words of an enumeration by their numbers.
 using Words = std::unordered_map<std::string_view, std::uint32_t>;
@@ -59,18 +55,10 @@ bool read_optional(const pugi::xml_node& node, std::optional<Value>& value, cons
 
 } // namespace
 
-PeerClient::PeerClient(const Responder& responder) : socket(context)
+PeerClient::PeerClient(const Responder& responder)
+    : link(responder, "</report>",
+           [this](const pugi::xml_document& message) { handle_report(message); })
 {
-    socket.connect(responder.endpoint());
-    socket.set_option(asio::ip::tcp::no_delay(true));
-    reader = std::thread([this] { read_messages(); });
-}
-
-PeerClient::~PeerClient()
-{
-    std::error_code ignored;
-    socket.shutdown(asio::ip::tcp::socket::shutdown_both, ignored);
-    reader.join();
 }
 
 void PeerClient::follow(std::uint32_t channel)
@@ -80,7 +68,7 @@ void PeerClient::follow(std::uint32_t channel)
                                 static_cast<char>('A' + channel) +
                                 "</Channel><ChannelReportType>timecode</ChannelReportType>"
                                 "</channel_report_register></cmd>";
-    asio::write(socket, asio::buffer(command));
+    link.send(command);
     std::unique_lock guard(lock);
     first_report.wait(guard, [&] { return channels.count(channel) != 0; });
 }
@@ -95,45 +83,9 @@ std::optional<std::uint32_t> PeerClient::position(std::uint32_t channel) const
     return found->second.position;
 }
 
-void PeerClient::read_messages()
+void PeerClient::handle_report(const pugi::xml_document& message)
 {
-    std::vector<char> buffer(2 * block_bytes);
-    std::size_t pending = 0;
-    std::error_code error;
-    for (;;) {
-        if (buffer.size() - pending < block_bytes) {
-            buffer.resize(buffer.size() * 2);
-        }
-        pending += socket.read_some(asio::buffer(buffer.data() + pending, block_bytes), error);
-        if (error) {
-            return;
-        }
-        const std::size_t handled = handle_messages(buffer.data(), pending);
-        pending -= handled;
-        std::memmove(buffer.data(), buffer.data() + handled, pending);
-    }
-}
-
-// Gives how many bytes are done with. A reply, which only says ok here, is left before the report
-// that follows it.
-std::size_t PeerClient::handle_messages(char* bytes, std::size_t count)
-{
-    const std::string_view text(bytes, count);
-    std::size_t begin = 0;
-    for (std::size_t end = 0; (end = text.find(report_end, begin)) != std::string_view::npos;) {
-        end += report_end.size();
-        handle_report(bytes + begin, end - begin);
-        begin = end;
-    }
-    return begin;
-}
-
-void PeerClient::handle_report(char* bytes, std::size_t count)
-{
-    // In place: the bytes are not needed afterwards.
-    const bool parsed =
-        document.load_buffer_inplace(bytes, count, pugi::parse_default, pugi::encoding_utf8);
-    if (!parsed || !read_channel_timecode(document.child("report").child("channel_timecode"))) {
+    if (!read_channel_timecode(message.child("report").child("channel_timecode"))) {
         ++refused_reports;
     }
 }

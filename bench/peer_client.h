@@ -1,14 +1,11 @@
 #pragma once
 
-#include "responder.h"
-
-#include <pugixml.hpp>
+#include "peer_link.h"
 
 #include <condition_variable>
 #include <cstddef>
 #include <optional>
 #include <unordered_map>
-#include <vector>
 
 // What an application would write for itself on common libraries, in place of ours: it follows the
 // timecodes of channels, on a thread of its own, for threads that ask for the position.
@@ -18,7 +15,6 @@ public:
     explicit PeerClient(const Responder& responder);
     PeerClient(const PeerClient&) = delete;
     PeerClient& operator=(const PeerClient&) = delete;
-    ~PeerClient();
 
     // Registers for the timecodes of a channel, and waits for the first one.
     void follow(std::uint32_t channel);
@@ -40,19 +36,14 @@ private:
         Timecode input;
     };
 
-    void read_messages();
-    std::size_t handle_messages(char* bytes, std::size_t count);
-    void handle_report(char* bytes, std::size_t count);
+    void handle_report(const pugi::xml_document& message);
     bool read_channel_timecode(const pugi::xml_node& content);
     static bool read_timecode(const pugi::xml_node& node, Timecode& timecode);
 
-    asio::io_context context;
-    asio::ip::tcp::socket socket;
-    pugi::xml_document document;
     std::atomic<std::uint64_t> refused_reports{0};
     mutable std::mutex lock;
     std::condition_variable first_report;
     std::unordered_map<std::uint32_t, Timecodes> channels; // guarded by lock
     std::uint32_t last_xid = 0;
-    std::thread reader;
+    PeerLink link; // last: its thread uses all the others
 };

@@ -1,6 +1,7 @@
 #include "connection/name_list.h"
 
 #include <tuple>
+#include <utility>
 
 namespace
 {
@@ -34,5 +35,5 @@ void NameListBuilder::pack()
 NameList NameListBuilder::finish()
 {
     pack();
-    return names;
+    return std::move(names);
 }

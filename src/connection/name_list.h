@@ -11,7 +11,7 @@ class NameListBuilder
 {
 public:
     void append(const AString& name);
-    // Never null.
+    // Never null. The list is given away.
     NameList finish();
 
 private:
