@@ -6,12 +6,11 @@
 //
 // The two commands take the server away and bring it back; without them that part is left out.
 
-#include "velto/velto.h"
+#include "common/application.h"
 
 #include <chrono>
 #include <cstdio>
 #include <cstdlib>
-#include <filesystem>
 #include <optional>
 #include <string>
 #include <thread>
@@ -22,19 +21,6 @@ namespace
 using Clock = std::chrono::steady_clock;
 
 constexpr auto link_time_limit = std::chrono::seconds(10);
-
-std::string printable(const VeltoChar* text)
-{
-    const std::u8string bytes = std::filesystem::path(text).u8string();
-    return {bytes.begin(), bytes.end()};
-}
-
-std::string last_error()
-{
-    VeltoChar text[256];
-    velto_get_last_error({text, 256});
-    return printable(text);
-}
 
 std::optional<uint32_t> parse_address(const char* text)
 {

@@ -1,18 +1,15 @@
 // Follows the channels of a video server and shows what each of them is doing: one thread waits for
 // notices, and reads what they speak of.
 
-#include "velto/velto.h"
+#include "common/application.h"
 
 #include <CLI/CLI.hpp>
 #include <fmt/format.h>
 #include <unistd.h>
 
 #include <array>
-#include <chrono>
 #include <cstdio>
-#include <filesystem>
 #include <string>
-#include <thread>
 
 namespace
 {
@@ -22,12 +19,6 @@ using namespace std::chrono_literals;
 
 constexpr std::array statuses{"-", "idle", "cueing", "play", "record"};
 constexpr std::array repeats{"off", "loop", "loopto", "pingpong", "pingpongto"};
-
-std::string printable(const VeltoChar* text)
-{
-    const std::u8string bytes = std::filesystem::path(text).u8string();
-    return {bytes.begin(), bytes.end()};
-}
 
 template <std::size_t Count>
 const char* word(const std::array<const char*, Count>& words, uint32_t number)
@@ -212,27 +203,6 @@ private:
     Clock::time_point last_second = Clock::now();
 };
 
-bool wait_for_link(VeltoHandle server, Clock::duration limit)
-{
-    const auto end = Clock::now() + limit;
-    while (velto_connected(server) == VELTO_LINK_DOWN) {
-        if (Clock::now() >= end) {
-            return false;
-        }
-        std::this_thread::sleep_for(1ms);
-    }
-    return true;
-}
-
-uint32_t host_order(const std::string& address)
-{
-    uint32_t value = 0;
-    for (const std::string& part : CLI::detail::split(address, '.')) {
-        value = value << 8 | static_cast<uint32_t>(std::stoul(part));
-    }
-    return value;
-}
-
 } // namespace
 
 int main(int argc, char** argv)
@@ -249,13 +219,12 @@ int main(int argc, char** argv)
     app.add_flag("--plain", plain, "Lines instead of a table, as when the output is no terminal");
     CLI11_PARSE(app, argc, argv);
 
-    const VeltoHandle server = velto_connect(host_order(address));
-    const bool up = wait_for_link(server, 10s);
-    if (up) {
+    try {
+        const Server server(address);
+        server.wait_for_link();
         Monitor(server, !plain && isatty(STDOUT_FILENO) != 0).run(std::chrono::seconds(seconds));
-    } else {
-        fmt::print(stderr, "monitor: no server answers at {}, port 8913\n", address);
+    } catch (const std::exception& failure) {
+        fmt::print(stderr, "monitor: {}\n", failure.what());
+        return 1;
     }
-    velto_close(server);
-    return up ? 0 : 1;
 }
