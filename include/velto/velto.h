@@ -187,76 +187,76 @@ enum VeltoResultCode {
 
 /** State of a connection's link. */
 enum VeltoLink {
-    VELTO_LINK_DOWN = 0,
-    VELTO_LINK_UP = 1,
+    VELTO_LINK_DOWN = 0, /**< No link; commands fail at once. */
+    VELTO_LINK_UP = 1,   /**< Commands reach the server. */
 };
 
 /** Whether commands wait for their replies; see velto_synchronous. */
 enum VeltoWaiting {
-    VELTO_COMMANDS_WAIT = 0, /**< The state after velto_connect. */
-    VELTO_COMMANDS_DO_NOT_WAIT = 1,
+    VELTO_COMMANDS_WAIT = 0,        /**< The state after velto_connect. */
+    VELTO_COMMANDS_DO_NOT_WAIT = 1, /**< Commands return once they are written. */
 };
 
 /** A channel of the server. */
 enum VeltoChannel {
-    VELTO_CHANNEL_A = 0,
-    VELTO_CHANNEL_B = 1,
-    VELTO_CHANNEL_C = 2,
-    VELTO_CHANNEL_D = 3,
-    VELTO_CHANNEL_E = 4,
-    VELTO_CHANNEL_F = 5,
-    VELTO_CHANNEL_G = 6,
-    VELTO_CHANNEL_H = 7, /**< The last one that is tracked, or in a mask. */
-    VELTO_CHANNEL_I = 8,
-    VELTO_CHANNEL_J = 9,
-    VELTO_CHANNEL_K = 10,
-    VELTO_CHANNEL_L = 11,
+    VELTO_CHANNEL_A = 0,  /**< Channel A. */
+    VELTO_CHANNEL_B = 1,  /**< Channel B. */
+    VELTO_CHANNEL_C = 2,  /**< Channel C. */
+    VELTO_CHANNEL_D = 3,  /**< Channel D. */
+    VELTO_CHANNEL_E = 4,  /**< Channel E. */
+    VELTO_CHANNEL_F = 5,  /**< Channel F. */
+    VELTO_CHANNEL_G = 6,  /**< Channel G. */
+    VELTO_CHANNEL_H = 7,  /**< Channel H, the last that is tracked, or in a mask. */
+    VELTO_CHANNEL_I = 8,  /**< Channel I. */
+    VELTO_CHANNEL_J = 9,  /**< Channel J. */
+    VELTO_CHANNEL_K = 10, /**< Channel K. */
+    VELTO_CHANNEL_L = 11, /**< Channel L. */
 };
 
 /** Video standard of the server, as velto_video_standard gives it. */
 enum VeltoVideoStandard {
-    VELTO_VIDEO_STANDARD_1080_60I = 0, /**< Also any standard not listed. */
-    VELTO_VIDEO_STANDARD_1080_59_94I = 1,
-    VELTO_VIDEO_STANDARD_1080_50I = 2,
-    VELTO_VIDEO_STANDARD_1080_48I = 3,
-    VELTO_VIDEO_STANDARD_1080_47_95I = 4,
-    VELTO_VIDEO_STANDARD_720_60P = 5,
-    VELTO_VIDEO_STANDARD_720_59_94P = 6,
-    VELTO_VIDEO_STANDARD_720_50P = 7,
-    VELTO_VIDEO_STANDARD_625_50I = 8,
-    VELTO_VIDEO_STANDARD_525_59_94I = 9,
+    VELTO_VIDEO_STANDARD_1080_60I = 0,    /**< 1080 lines, 60 Hz, interlaced; any other too. */
+    VELTO_VIDEO_STANDARD_1080_59_94I = 1, /**< 1080 lines, 59.94 Hz, interlaced. */
+    VELTO_VIDEO_STANDARD_1080_50I = 2,    /**< 1080 lines, 50 Hz, interlaced. */
+    VELTO_VIDEO_STANDARD_1080_48I = 3,    /**< 1080 lines, 48 Hz, interlaced. */
+    VELTO_VIDEO_STANDARD_1080_47_95I = 4, /**< 1080 lines, 47.95 Hz, interlaced. */
+    VELTO_VIDEO_STANDARD_720_60P = 5,     /**< 720 lines, 60 Hz, progressive. */
+    VELTO_VIDEO_STANDARD_720_59_94P = 6,  /**< 720 lines, 59.94 Hz, progressive. */
+    VELTO_VIDEO_STANDARD_720_50P = 7,     /**< 720 lines, 50 Hz, progressive. */
+    VELTO_VIDEO_STANDARD_625_50I = 8,     /**< 625 lines, 50 Hz, interlaced. */
+    VELTO_VIDEO_STANDARD_525_59_94I = 9,  /**< 525 lines, 59.94 Hz, interlaced. */
 };
 
 /** Field rate of the server in hertz, as velto_video_frequency gives it. */
 enum VeltoVideoFrequency {
-    VELTO_VIDEO_FREQUENCY_60 = 0, /**< Also any rate not listed. */
-    VELTO_VIDEO_FREQUENCY_59_94 = 1,
-    VELTO_VIDEO_FREQUENCY_50 = 2,
-    VELTO_VIDEO_FREQUENCY_48 = 3,
-    VELTO_VIDEO_FREQUENCY_47_95 = 4,
+    VELTO_VIDEO_FREQUENCY_60 = 0,    /**< 60 Hz; also any not listed. */
+    VELTO_VIDEO_FREQUENCY_59_94 = 1, /**< 59.94 Hz. */
+    VELTO_VIDEO_FREQUENCY_50 = 2,    /**< 50 Hz. */
+    VELTO_VIDEO_FREQUENCY_48 = 3,    /**< 48 Hz. */
+    VELTO_VIDEO_FREQUENCY_47_95 = 4, /**< 47.95 Hz. */
 };
 
 /** Lines and scan of the server, as velto_video_resolution gives them. */
 enum VeltoVideoResolution {
-    VELTO_VIDEO_RESOLUTION_1080I = 0, /**< Also any resolution not listed. */
-    VELTO_VIDEO_RESOLUTION_720P = 1,
-    VELTO_VIDEO_RESOLUTION_625I = 2,
-    VELTO_VIDEO_RESOLUTION_525I = 3,
+    VELTO_VIDEO_RESOLUTION_1080I = 0, /**< 1080 lines, interlaced; also any not listed. */
+    VELTO_VIDEO_RESOLUTION_720P = 1,  /**< 720 lines, progressive. */
+    VELTO_VIDEO_RESOLUTION_625I = 2,  /**< 625 lines, interlaced. */
+    VELTO_VIDEO_RESOLUTION_525I = 3,  /**< 525 lines, interlaced. */
 };
 
 /** What a channel does, as velto_channel_status gives it. */
 enum VeltoChannelStatus {
-    VELTO_CHANNEL_STATUS_NONE = 0,    /**< Also time delay, and all not listed. */
-    VELTO_CHANNEL_STATUS_STOPPED = 1, /**< Also idle and test pattern. */
-    VELTO_CHANNEL_STATUS_CUEING = 2,
-    VELTO_CHANNEL_STATUS_PLAY = 3,
-    VELTO_CHANNEL_STATUS_RECORD = 4, /**< Also insert. */
+    VELTO_CHANNEL_STATUS_NONE = 0,    /**< No channel; also time delay, and all not listed. */
+    VELTO_CHANNEL_STATUS_STOPPED = 1, /**< Stopped, idle or on a test pattern. */
+    VELTO_CHANNEL_STATUS_CUEING = 2,  /**< Getting ready. */
+    VELTO_CHANNEL_STATUS_PLAY = 3,    /**< At any speed. */
+    VELTO_CHANNEL_STATUS_RECORD = 4,  /**< Recording or inserting. */
 };
 
 /** Whether a list is on a channel. */
 enum VeltoListLoaded {
-    VELTO_LIST_NOT_LOADED = 0,
-    VELTO_LIST_LOADED = 1,
+    VELTO_LIST_NOT_LOADED = 0, /**< None. */
+    VELTO_LIST_LOADED = 1,     /**< One is. */
 };
 
 /** What of a channel has changed, as velto_get_notification gives it. */
@@ -275,32 +275,32 @@ enum VeltoNotice {
 
 /** How a channel is asked to carry a command out. */
 enum VeltoLatency {
-    VELTO_LATENCY_NORMAL = 0,
+    VELTO_LATENCY_NORMAL = 0,  /**< As the server does by itself. */
     VELTO_LATENCY_MINIMUM = 1, /**< As fast as it can. */
 };
 
 /** How a clip repeats. */
 enum VeltoRepeat {
-    VELTO_REPEAT_OFF = 0,
-    VELTO_REPEAT_LOOP = 1,
-    VELTO_REPEAT_LOOP_TO = 2,
-    VELTO_REPEAT_PING_PONG = 3,
-    VELTO_REPEAT_PING_PONG_TO = 4,
+    VELTO_REPEAT_OFF = 0,          /**< Once. */
+    VELTO_REPEAT_LOOP = 1,         /**< Over and over. */
+    VELTO_REPEAT_LOOP_TO = 2,      /**< The loop of the clip, from its beginning. */
+    VELTO_REPEAT_PING_PONG = 3,    /**< Forwards and backwards. */
+    VELTO_REPEAT_PING_PONG_TO = 4, /**< The same with the loop of the clip. */
 };
 
 /** Whether something is so. */
 enum VeltoAnswer {
-    VELTO_NO = 0,
-    VELTO_YES = 1,
+    VELTO_NO = 0,  /**< It is not. */
+    VELTO_YES = 1, /**< It is. */
 };
 
 /** Tracks of a clip. */
 enum VeltoTrackBits {
-    VELTO_TRACK_NONE = 0,
-    VELTO_TRACK_VIDEO = 1,
-    VELTO_TRACK_KEY = 2,
-    VELTO_TRACK_AUDIO = 4,
-    VELTO_TRACK_ALL = 7,
+    VELTO_TRACK_NONE = 0,  /**< No track. */
+    VELTO_TRACK_VIDEO = 1, /**< The picture. */
+    VELTO_TRACK_KEY = 2,   /**< The key signal. */
+    VELTO_TRACK_AUDIO = 4, /**< The sound. */
+    VELTO_TRACK_ALL = 7,   /**< All three. */
 };
 
 /** How the pictures of a clip are played at other than normal speed. */
@@ -311,47 +311,47 @@ enum VeltoPlayback {
 
 /** Where the timecode of a clip comes from. */
 enum VeltoTimecodeSource {
-    VELTO_TIMECODE_ZERO_BASED = 0,
-    VELTO_TIMECODE_STRIPED = 1, /**< velto_set_clip_timecode_stripe. */
-    VELTO_TIMECODE_RECORDED = 2,
+    VELTO_TIMECODE_ZERO_BASED = 0,      /**< Counted from 0. */
+    VELTO_TIMECODE_STRIPED = 1,         /**< velto_set_clip_timecode_stripe. */
+    VELTO_TIMECODE_RECORDED = 2,        /**< Recorded with the clip. */
     VELTO_TIMECODE_RECORDED_STRIPE = 3, /**< Counted from the first recorded. */
 };
 
 /** Whether a timecode leaves out numbers to keep up with the clock. */
 enum VeltoDropFrame {
-    VELTO_DROP_FRAME = 0,
-    VELTO_NON_DROP_FRAME = 1,
+    VELTO_DROP_FRAME = 0,     /**< It leaves numbers out. */
+    VELTO_NON_DROP_FRAME = 1, /**< It counts every frame. */
 };
 
 /** What makes a pre-cued clip follow the present one. */
 enum VeltoPrecueCondition {
     VELTO_PRECUE_EXPLICIT_SWITCH = 0, /**< velto_precue_activate1. */
-    VELTO_PRECUE_PREVIOUS_STOPS = 1,
-    VELTO_PRECUE_IMMEDIATE = 2,
-    VELTO_PRECUE_END_OF_CLIP = 3,
+    VELTO_PRECUE_PREVIOUS_STOPS = 1,  /**< When that stops. */
+    VELTO_PRECUE_IMMEDIATE = 2,       /**< At once. */
+    VELTO_PRECUE_END_OF_CLIP = 3,     /**< When that has come to its end. */
 };
 
 /** How one picture gives way to the next. */
 enum VeltoTransition {
-    VELTO_TRANSITION_CUT = 0,
-    VELTO_TRANSITION_DISSOLVE = 1,
+    VELTO_TRANSITION_CUT = 0,      /**< At once. */
+    VELTO_TRANSITION_DISSOLVE = 1, /**< Over a duration. */
 };
 
 /** Which speed what is taken starts with. */
 enum VeltoFollow {
-    VELTO_FOLLOW_NONE = 0,
-    VELTO_FOLLOW_SMART = 1,
-    VELTO_FOLLOW_ONE_X = 2,
-    VELTO_FOLLOW_FOLLOW = 3,
+    VELTO_FOLLOW_NONE = 0,   /**< Its own. */
+    VELTO_FOLLOW_SMART = 1,  /**< As the server sees fit. */
+    VELTO_FOLLOW_ONE_X = 2,  /**< Normal play. */
+    VELTO_FOLLOW_FOLLOW = 3, /**< That of what was on before. */
 };
 
 /** Tracks to be edited or monitored. */
 enum VeltoEditBits {
-    VELTO_EDIT_NONE = 0,
-    VELTO_EDIT_VIDEO = 1,
-    VELTO_EDIT_KEY = 2,
+    VELTO_EDIT_NONE = 0,  /**< No track. */
+    VELTO_EDIT_VIDEO = 1, /**< The picture. */
+    VELTO_EDIT_KEY = 2,   /**< The key signal. */
     VELTO_EDIT_AUDIO = 4, /**< All audio tracks. */
-    VELTO_EDIT_ALL = 7,
+    VELTO_EDIT_ALL = 7,   /**< All of them. */
 };
 
 /** Who chooses between input and playback on a channel's output. */

@@ -76,7 +76,7 @@ class DescriptionTest(unittest.TestCase):
     def test_duplicate_constant(self):
         self.refuse(
             '[[enumeration]]\nname = "VeltoMore"\ntext = "x"\n'
-            'values = [{ name = "VELTO_REPEAT_OFF", value = 1 }]\n',
+            'values = [{ name = "VELTO_REPEAT_OFF", value = 1, text = "x" }]\n',
             "90_extra.toml: VeltoMore",
             "duplicate name 'VELTO_REPEAT_OFF'",
         )

@@ -95,21 +95,9 @@ def typedefs(description):
 
 
 def commented(pairs):
-    """Code with remarks behind it, lined up as long as lines with one follow each other."""
-    lines = []
-    for index, (code, remark) in enumerate(pairs):
-        if not remark:
-            lines.append(code)
-            continue
-        begin = index
-        while begin > 0 and pairs[begin - 1][1]:
-            begin -= 1
-        end = index
-        while end < len(pairs) and pairs[end][1]:
-            end += 1
-        width = max(len(other) for other, _ in pairs[begin:end])
-        lines.append(f"{code:{width}} /**< {sentence(remark)} */")
-    return lines
+    """Code with remarks behind it, lined up."""
+    width = max(len(code) for code, _ in pairs)
+    return [f"{code:{width}} /**< {sentence(remark)} */" for code, remark in pairs]
 
 
 def result_enumeration(description):
@@ -124,7 +112,7 @@ def result_enumeration(description):
 
 def enumeration(entry):
     members = [
-        (f"    {value['name']} = {value['value']},", value.get("text", ""))
+        (f"    {value['name']} = {value['value']},", value["text"])
         for value in entry["values"]
     ]
     lines = [f"/** {sentence(entry['text'])} */", f"enum {entry['name']} {{"]

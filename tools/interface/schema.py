@@ -73,7 +73,7 @@ VARIANT_KEYS = {
     "notes": (list, False),
 }
 ALIAS_KEYS = {"name": (str, True), "same_as": (str, True), "notes": (list, False)}
-VALUE_KEYS = {"name": (str, True), "value": (int, True), "text": (str, False)}
+VALUE_KEYS = {"name": (str, True), "value": (int, True), "text": (str, True)}
 FIELD_KEYS = {"name": (str, True), "type": (str, True), "text": (str, True)}
 TABLE_KEYS = {
     "library": {"name": (str, True), "version_node": (str, True), "summary": (str, True)},
