@@ -6,6 +6,7 @@
 
 #include <fmt/format.h>
 
+#include "sim/clip_store.h"
 #include "sim/refusal.h"
 #include "sim/text.h"
 
@@ -267,8 +268,25 @@ void Channel::hold(TimePoint now, std::uint32_t field)
     motion = {now, parts(field), 0};
 }
 
+void Channel::note(ClipUse::Kind kind)
+{
+    if (!material || material->clip->number == 0) {
+        return;
+    }
+    const ClipUse use{material->clip->number, kind};
+    if (std::find(clip_uses.begin(), clip_uses.end(), use) == clip_uses.end()) {
+        clip_uses.push_back(use);
+    }
+}
+
 void Channel::start(TimePoint now, Speed wanted)
 {
+    if (!running) {
+        note(ClipUse::Kind::played);
+    }
+    if (!running && edit_mask != 0) {
+        note(ClipUse::Kind::recorded);
+    }
     // A motion that turns round shows the same field first.
     if (!running || direction_of(wanted) != direction_of(motion.speed)) {
         motion.base = parts(shown_field());
@@ -282,7 +300,9 @@ void Channel::start(TimePoint now, Speed wanted)
 
 void Channel::put(TimePoint now, Material next_material)
 {
+    note(ClipUse::Kind::unloaded);
     material = std::move(next_material);
+    note(ClipUse::Kind::loaded);
     hold(now, material->start);
     cued_at = now + cue_time;
 }
@@ -323,6 +343,7 @@ void Channel::load_list(TimePoint now, LoadedList loaded)
 
 void Channel::unload(TimePoint now)
 {
+    note(ClipUse::Kind::unloaded);
     material.reset();
     list.reset();
     precued.reset();
@@ -495,10 +516,14 @@ void Channel::clear_out_point(TimePoint now)
 
 void Channel::set_edit_mask(TimePoint now, std::uint16_t mask)
 {
-    if (mask != 0) {
-        required_material();
+    if (mask != 0 && content_protected(*required_material().clip)) {
+        throw Refusal(fmt::format("clip {} is read only; nothing can be recorded into it",
+                                  quote(material->clip->name)));
     }
     settle(now);
+    if (running && edit_mask == 0 && mask != 0) {
+        note(ClipUse::Kind::recorded);
+    }
     edit_mask = mask;
 }
 
@@ -562,7 +587,7 @@ ChannelView Channel::view(TimePoint now) const
         seen.clip_length = clip.length;
         seen.natural_speed = shown->speed;
         seen.interp = clip.interp;
-        seen.audio_tracks = clip.audio_tracks;
+        seen.audio_tracks = audio_track_count(clip);
         seen.loop = shown->loop == Loop::automatic ? clip.loop : shown->loop;
         seen.loop_in = shown->loop_in;
         seen.loop_out = shown->loop_out;

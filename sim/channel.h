@@ -7,13 +7,16 @@
 #include <string>
 #include <vector>
 
-#include "sim/clip_store.h"
+#include "sim/clip_record.h"
 #include "sim/motion.h"
+#include "sim/playlist.h"
 #include "sim/standards.h"
 #include "sim/words.h"
 
 namespace veltosim
 {
+
+class ClipStore;
 
 inline constexpr Speed fastest = 200 * normal_speed;
 
@@ -98,6 +101,15 @@ struct ChannelView {
     bool transition_in_progress = false;
 };
 
+// What a channel has done to a clip that is stored.
+struct ClipUse {
+    enum class Kind : std::uint8_t { loaded, unloaded, played, recorded };
+    std::uint64_t clip = 0; // its number
+    Kind kind = Kind::loaded;
+
+    bool operator==(const ClipUse&) const = default;
+};
+
 // One channel of the server: what it holds and how that moves. It is a value that knows no clock:
 // each operation is told the time, and catches up first with what has happened since the last one
 // (a clip that ended, a list that went on). An operation that cannot be obeyed throws a Refusal;
@@ -139,6 +151,9 @@ public:
     // through again.
     void catch_up(TimePoint now);
     ChannelView view(TimePoint now) const;
+    // What it has done to its clips since that was forgotten, in its order, the same only once.
+    const std::vector<ClipUse>& uses() const { return clip_uses; }
+    void forget_uses() { clip_uses.clear(); }
 
 private:
     Material& required_material();
@@ -162,6 +177,7 @@ private:
     void switch_to_precue(TimePoint now, std::optional<Speed> wanted_speed);
     void start(TimePoint now, Speed wanted);
     void hold(TimePoint now, std::uint32_t field);
+    void note(ClipUse::Kind kind);
 
     char letter;
     FieldRate rate;
@@ -178,6 +194,7 @@ private:
     std::uint16_t edit_mask = 0;
     std::uint16_t ee_mask = 0;
     bool auto_ee = true;
+    std::vector<ClipUse> clip_uses;
 };
 
 } // namespace veltosim

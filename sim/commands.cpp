@@ -7,6 +7,8 @@
 
 #include <fmt/format.h>
 
+#include "sim/clip_commands.h"
+#include "sim/command_fields.h"
 #include "sim/refusal.h"
 #include "sim/text.h"
 
@@ -16,76 +18,7 @@ namespace veltosim
 namespace
 {
 
-// Fields. ----------------------------------------------------------------------------------------
-
-constexpr FieldRule text(std::string_view name)
-{
-    return {.name = name};
-}
-
-constexpr FieldRule short_text(std::string_view name)
-{
-    return {.name = name, .highest = 4096};
-}
-
-template <class T>
-constexpr FieldRule number(std::string_view name)
-{
-    return {.name = name,
-            .kind = FieldKind::number,
-            .lowest = std::numeric_limits<T>::min(),
-            .highest = std::numeric_limits<T>::max()};
-}
-
-constexpr FieldRule word(std::string_view name, Words words)
-{
-    return {.name = name, .kind = FieldKind::word, .words = words};
-}
-
-constexpr FieldRule flag(std::string_view name)
-{
-    return {.name = name, .kind = FieldKind::flag, .required = false};
-}
-
-constexpr FieldRule list_of(std::string_view name, std::span<const FieldRule> item)
-{
-    return {.name = name, .kind = FieldKind::list, .parts = item};
-}
-
-constexpr FieldRule composite(std::string_view name, std::span<const FieldRule> parts)
-{
-    return {.name = name, .kind = FieldKind::composite, .parts = parts};
-}
-
-constexpr FieldRule optional(FieldRule rule)
-{
-    rule.required = false;
-    return rule;
-}
-
-constexpr auto u8 = number<std::uint8_t>;
-constexpr auto u16 = number<std::uint16_t>;
-constexpr auto u32 = number<std::uint32_t>;
-constexpr auto i32 = number<std::int32_t>;
-
-constexpr FieldRule channel = word("Channel", channel_words);
-constexpr std::array channel_set_item{channel};
-constexpr FieldRule channel_set = list_of("ChannelSet", channel_set_item);
-constexpr FieldRule speed = {.name = "Speed",
-                             .kind = FieldKind::speed,
-                             .required = false,
-                             .lowest = -fastest,
-                             .highest = fastest};
-constexpr FieldRule edit_mask = {
-    .name = "SonyEditMask", .kind = FieldKind::number, .lowest = 0, .highest = 0x3FF};
-constexpr FieldRule auto_ee = word("AutoEE", bool_words);
-constexpr FieldRule layer = optional(word("Layer", layer_words));
-constexpr FieldRule loop = word("Loop", loop_words);
-constexpr FieldRule min_latency = flag("MinLatency"); // all is done at once here anyway
-constexpr FieldRule roll = word("Roll", roll_words);
-constexpr FieldRule transition_type = word("TransitionType", transition_type_words);
-constexpr FieldRule transition_duration = optional(u32("TransitionDuration"));
-constexpr std::array transition_parts{transition_type, transition_duration};
+using namespace rules;
 
 // Handlers. --------------------------------------------------------------------------------------
 
@@ -118,9 +51,7 @@ void on_channels(Call& call, const Action& action)
     for (const std::size_t index : named) {
         action(changed.emplace_back(call.station.channels[index]));
     }
-    for (std::size_t i = 0; i < named.size(); ++i) {
-        call.station.channels[named[i]] = std::move(changed[i]);
-    }
+    call.station.replace_channels(named, std::move(changed));
 }
 
 // The out point that the fields give: cue_clip names it, precue counts from the start.
@@ -152,7 +83,7 @@ Material wanted_material(const Call& call)
     material.loop = fields.optional<Loop>("Loop").value_or(Loop::automatic);
     material.angle = fields.optional<std::uint8_t>("Angle").value_or(std::uint8_t{0});
     material.speed = fields.optional<Speed>("Speed").value_or(normal_speed);
-    material.playback = fields.optional<Playback>("Playback").value_or(Playback::automatic);
+    material.playback = fields.optional<Playback>("Playback").value_or(material.clip->playback);
     return material;
 }
 
@@ -312,7 +243,7 @@ void get_video_standard(Call& call)
 
 void report_register(Call& call)
 {
-    call.registrations.reports.insert(call.fields.get<std::size_t>("ReportType"));
+    call.registrations.reports.insert(call.fields.get<ReportType>("ReportType"));
 }
 
 void channel_report_register(Call& call)
@@ -347,10 +278,6 @@ std::vector<CommandRule> make_table()
          {channel, word("ChannelReportType", channel_report_type_words)},
          channel_report_register},
         {"clear_out_point", {channel}, clear_out_point},
-        {"clip_exists", {}, nullptr},
-        {"create_child_clip", {}, nullptr},
-        {"create_clip", {}, nullptr},
-        {"create_directory", {}, nullptr},
         {"cue_clip",
          {channel, text("ClipID"), optional(loop), optional(u32("GotoPosition")),
           optional(u32("ClipPosition")), optional(u8("Angle")),
@@ -358,10 +285,6 @@ std::vector<CommandRule> make_table()
           optional(word("ClipScope", clip_scope_words)), optional(u32("LoopIn")),
           optional(u32("LoopOut")), layer, flag("BlackOnCue")},
          cue_clip},
-        {"delete_clip", {}, nullptr},
-        {"download_clipids", {}, nullptr},
-        {"download_directory_names", {}, nullptr},
-        {"download_listids", {}, nullptr},
         {"download_metadata", {}, nullptr},
         {"ee", {channel, edit_mask, auto_ee}, ee},
         {"gang_ee", {channel_set, edit_mask, auto_ee}, ee},
@@ -371,9 +294,7 @@ std::vector<CommandRule> make_table()
         {"gang_play", {channel_set, speed, min_latency}, play},
         {"gang_precue_activate", {channel_set}, precue_activate},
         {"gang_stop", {channel_set, min_latency}, stop},
-        {"get_clip_info", {}, nullptr},
         {"get_computer_name", {}, get_computer_name},
-        {"get_disk_usage", {}, nullptr},
         {"get_video_standard", {}, get_video_standard},
         {"go_live",
          {channel, optional(text("ClipID")), optional(u8("Angle")), optional(u32("TimeDelay")),
@@ -393,7 +314,6 @@ std::vector<CommandRule> make_table()
          list_play_now},
         {"metadata_erase", {}, nullptr},
         {"metadata_set", {}, nullptr},
-        {"modify_clip_attributes", {}, nullptr},
         {"play", {channel, speed, layer, min_latency}, play},
         {"precue",
          {channel, text("ClipID"), optional(word("PrecueCondition", precue_condition_words)),
@@ -402,7 +322,6 @@ std::vector<CommandRule> make_table()
          precue},
         {"precue_activate", {channel}, precue_activate},
         {"precue_clear", {channel}, precue_clear},
-        {"rename_clip", {}, nullptr},
         {"report_register", {word("ReportType", report_type_words)}, report_register},
         {"set_loop", {channel, loop, layer}, set_loop},
         {"set_out_point", {channel, u32("ClipPosition")}, set_out_point},
@@ -413,19 +332,13 @@ std::vector<CommandRule> make_table()
          take},
         {"unload", {channel, layer}, unload},
         {"unwatch_metadata_database", {short_text("MetadataDatabase")}, unwatch_metadata_database},
-        {"vclip_add_segment", {}, nullptr},
-        {"vclip_cfg_tracks", {}, nullptr},
-        {"vclip_clear_segment", {}, nullptr},
-        {"vclip_create", {}, nullptr},
-        {"vclip_free", {}, nullptr},
-        {"vclip_modification_end", {}, nullptr},
-        {"vclip_modification_start", {}, nullptr},
-        {"vclip_ripple", {}, nullptr},
-        {"vclip_track_enable", {}, nullptr},
         {"watch_metadata_database",
          {short_text("MetadataDatabase"), optional(short_text("MetadataPrefix"))},
          watch_metadata_database},
     };
+    for (const auto& more : {clip_commands(), virtual_clip_commands()}) {
+        table.insert(table.end(), more.begin(), more.end());
+    }
     return table;
 }
 
@@ -463,11 +376,13 @@ std::vector<std::string> answer(Station& station, Registrations& registrations,
         refuser += fmt::format(": {}", rule.name);
         const Fields fields(content, rule.fields);
         Call call{station, registrations, fields, now, replies};
+        station.note_use(now);
         rule.handler(call);
         if (replies.empty()) {
             replies.add("ok");
         }
     } catch (const Refusal& refusal) {
+        replies.clear();
         const pugi::xml_node error = replies.add("error");
         add_text(error, "ErrorMessage", fmt::format("{}: {}", refuser, refusal.what()));
         add_text(error, "ErrorCode", word_of(error_code_words, refusal.code));

@@ -2,6 +2,7 @@
 #include <csignal>
 #include <cstdio>
 #include <iostream>
+#include <memory>
 #include <utility>
 
 #include <asio.hpp>
@@ -13,21 +14,39 @@
 #include "sim/scenario.h"
 #include "sim/server.h"
 #include "sim/station.h"
+#include "sim/store_file.h"
 
 namespace
 {
 
 using namespace veltosim;
 
-Station make_station(const Options& options)
+Scenario make_scenario(const Options& options)
 {
     Scenario scenario =
         options.scenario.empty() ? default_scenario() : read_scenario(options.scenario);
     for (const Clip& clip : options.clips) {
         scenario.clips.add_clip(clip);
     }
-    Station station(options.name, *options.standard, std::move(scenario.clips));
-    load_channels(station, scenario.channels, std::chrono::steady_clock::now());
+    return scenario;
+}
+
+Station make_station(const Options& options)
+{
+    Scenario scenario = make_scenario(options);
+    const auto now = std::chrono::steady_clock::now();
+    auto file = options.store.empty() ? nullptr : std::make_unique<StoreFile>(options.store);
+    if (file && !file->is_new()) {
+        ClipStore clips = file->load();
+        Station station(options.name, *options.standard, std::move(clips), std::move(file));
+        load_possible_channels(station, scenario.channels, now);
+        return station;
+    }
+    if (file) {
+        file->seed(scenario.clips);
+    }
+    Station station(options.name, *options.standard, std::move(scenario.clips), std::move(file));
+    load_channels(station, scenario.channels, now);
     return station;
 }
 
@@ -53,10 +72,10 @@ int serve(const Options& options, Station& station)
     return exit_ok;
 }
 
-int report(const std::exception& scenario_problem)
+int report(const std::exception& problem, int exit_code)
 {
-    fmt::print(stderr, "veltosim: {}\n", scenario_problem.what());
-    return exit_scenario;
+    fmt::print(stderr, "veltosim: {}\n", problem.what());
+    return exit_code;
 }
 
 int report(const Options& options, const asio::system_error& problem)
@@ -85,9 +104,11 @@ int main(int argc, char** argv)
         return serve(*options, station);
     } catch (const asio::system_error& problem) {
         return report(*options, problem);
+    } catch (const StoreError& problem) {
+        return report(problem, exit_store);
     } catch (const ScenarioError& problem) {
-        return report(problem);
+        return report(problem, exit_scenario);
     } catch (const Refusal& problem) { // a clip of the command line replaced one that is used
-        return report(problem);
+        return report(problem, exit_scenario);
     }
 }

@@ -3,7 +3,7 @@
 #include <algorithm>
 #include <charconv>
 #include <iterator>
-#include <sstream>
+#include <utility>
 
 #include <fmt/format.h>
 
@@ -117,12 +117,20 @@ std::string fraction_text(std::uint32_t fraction)
     return digits;
 }
 
+struct StringWriter : pugi::xml_writer {
+    std::string bytes;
+    void write(const void* data, std::size_t count) override
+    {
+        bytes.append(static_cast<const char*>(data), count);
+    }
+};
+
 std::string bytes_of(const pugi::xml_node& root)
 {
-    std::ostringstream bytes;
+    StringWriter writer;
     // The XML of clients has no numeric references, with which control characters would go out.
-    root.print(bytes, "", pugi::format_raw | pugi::format_skip_control_chars, pugi::encoding_utf8);
-    return bytes.str();
+    root.print(writer, "", pugi::format_raw | pugi::format_skip_control_chars, pugi::encoding_utf8);
+    return std::move(writer.bytes);
 }
 
 std::int64_t read_speed(const FieldRule& rule, std::string_view text)
@@ -313,20 +321,37 @@ const std::string& Fields::text(std::string_view name) const
     return value ? value->text : absent;
 }
 
+std::size_t Fields::size() const
+{
+    return values.size();
+}
+
+void Replies::finish()
+{
+    if (!empty()) {
+        finished.push_back(bytes_of(document.first_child()));
+        document.reset();
+    }
+}
+
+void Replies::clear()
+{
+    document.reset();
+    finished.clear();
+}
+
 pugi::xml_node Replies::add(std::string_view kind)
 {
+    finish();
     pugi::xml_node root = document.append_child("reply");
     add_text(root, "xid", xid);
     return add_element(root, kind);
 }
 
-std::vector<std::string> Replies::messages() const
+std::vector<std::string> Replies::messages()
 {
-    std::vector<std::string> all;
-    for (const pugi::xml_node& root : document.children()) {
-        all.push_back(bytes_of(root));
-    }
-    return all;
+    finish();
+    return std::exchange(finished, {});
 }
 
 Report::Report(std::string_view kind)

@@ -70,6 +70,7 @@ public:
 
     const FieldValue* find(std::string_view name) const;
     bool has(std::string_view name) const { return find(name) != nullptr; }
+    std::size_t size() const; // of those that are there
     // The text of a field that is there.
     const std::string& text(std::string_view name) const;
 
@@ -108,15 +109,20 @@ class Replies
 public:
     explicit Replies(std::string_view command_xid) : xid(command_xid) {}
 
-    // Begins another reply. The fields become children of the element returned.
+    // Begins another reply. The fields become children of the element returned, which the next one
+    // ends.
     pugi::xml_node add(std::string_view kind);
     bool empty() const { return document.first_child().empty(); }
+    void clear();
     // Each as the bytes of one message.
-    std::vector<std::string> messages() const;
+    std::vector<std::string> messages();
 
 private:
+    void finish();
+
     std::string xid;
-    pugi::xml_document document; // each root is a reply
+    pugi::xml_document document; // its root is the last reply
+    std::vector<std::string> finished;
 };
 
 // One report, unasked for by any command.

@@ -36,15 +36,26 @@ std::string footer()
     }
     return "\nThere from the start, without --scenario\n" + scenario.clips.summary() +
            fmt::format("Loaded channels: {}\n", loaded) +
+           "\nThe store\n"
+           "  What stands before the last slash of a clip's name is its directory. A directory is\n"
+           "  there while something is in it, and for ever if a client made it. A clip that is "
+           "read\n"
+           "  only is neither changed, renamed nor deleted; with read_only_meta its attributes "
+           "and\n"
+           "  name stay, with read_only_content what was recorded. A clip with children is "
+           "deleted\n"
+           "  after them. Stamps are milliseconds since 1970. Outside of a modification each edit\n"
+           "  of a virtual clip counts at once, inside of one all count at its end.\n"
            "\nExamples\n"
            "  veltosim                                   a server at 127.0.0.1\n"
            "  veltosim --address 127.0.0.2 --name second another one beside it\n"
            "  veltosim --standard 1080_59_94i --clip race:18000:4 --trace\n"
            "  veltosim --print-scenario > mine.json      a file to begin one of your own from\n"
            "  veltosim --scenario mine.json --report-rate 10\n"
+           "  veltosim --store studio.db                 what clients change outlives the server\n"
            "\nExit codes\n"
            "  0 stopped by a signal, 2 bad option, 3 address in use, 4 other network failure,\n"
-           "  5 bad scenario\n";
+           "  5 bad scenario, 6 the store cannot be used\n";
 }
 
 [[noreturn]] void fail(const std::string& text)
@@ -146,6 +157,7 @@ struct Written {
     std::string standard = "1080_50i";
     std::string name = "veltosim";
     std::string scenario;
+    std::string store;
     bool print_scenario = false;
     std::vector<std::string> clips;
     std::optional<std::uint32_t> report_rate;
@@ -164,7 +176,14 @@ void declare(CLI::App& app, Written& written)
     app.add_option("--name", written.name, "Computer name that clients are told")
         ->capture_default_str();
     app.add_option("--scenario", written.scenario,
-                   "JSON file of clips, virtual clips, playlists and what the channels hold");
+                   "JSON file of clips, directories, virtual clips, playlists and what the\n"
+                   "channels hold");
+    app.add_option(
+        "--store", written.store,
+        "File to keep the store in, made if it is not there; otherwise it is kept in\n"
+        "memory. A change is in the file before its reply goes out. Scenario and --clip\n"
+        "fill only a new file; from one that is there only the scenario's channels are\n"
+        "loaded, as far as their clips still exist");
     app.add_flag("--print-scenario", written.print_scenario,
                  "Print the scenario that is built in, and end");
     app.add_option("--report-rate", written.report_rate,
@@ -183,6 +202,7 @@ Options to_options(const Written& written)
             to_standard(written.standard),
             to_name("--name", written.name),
             written.scenario,
+            written.store,
             to_clips(written.clips),
             to_report_rate(written.report_rate),
             written.trace};

@@ -19,7 +19,8 @@ enum ExitCode : int {
     exit_bad_option = 2,
     exit_address_in_use = 3,
     exit_network = 4,
-    exit_scenario = 5
+    exit_scenario = 5,
+    exit_store = 6
 };
 
 struct Options {
@@ -27,6 +28,7 @@ struct Options {
     const Standard* standard = nullptr;
     std::string name;
     std::string scenario; // a file; empty: the one that is built in
+    std::string store;    // a file; empty: in memory
     std::vector<Clip> clips;
     std::optional<FieldRate> report_rate;
     bool trace = false;

@@ -48,5 +48,7 @@ std::string_view default_scenario_text();
 
 // Loads the channels. Throws a Refusal if that cannot be.
 void load_channels(Station& station, const std::vector<ChannelLoad>& loads, TimePoint now);
+// The same, but for those that cannot be loaded.
+void load_possible_channels(Station& station, const std::vector<ChannelLoad>& loads, TimePoint now);
 
 } // namespace veltosim

@@ -5,6 +5,8 @@
 #include <string>
 #include <utility>
 
+#include "sim/refusal.h"
+
 namespace veltosim
 {
 
@@ -95,8 +97,18 @@ void Server::report(ReportRound round)
     }
 }
 
+void Server::tell(const std::vector<News>& news)
+{
+    // Whoever is dropped leaves the sessions.
+    for (auto entry = sessions.begin(); !news.empty() && entry != sessions.end();) {
+        const auto session = (entry++)->second;
+        session->tell(news);
+    }
+}
+
 void Server::report_command(TimePoint now)
 {
+    tell(station.take_news());
     if (reports_wanted()) {
         report(source.after_command(now));
         wait_for_field(now);
@@ -118,10 +130,23 @@ void Server::wait_for_field(TimePoint now)
     });
 }
 
+// What the channels have done by themselves. A store that cannot be written is told to whoever
+// sends the next command.
+void Server::note_use(TimePoint now)
+{
+    try {
+        station.note_use(now);
+    } catch (const Refusal&) {
+        return;
+    }
+    tell(station.take_news());
+}
+
 void Server::on_field()
 {
     if (reports_wanted()) {
         const auto now = std::chrono::steady_clock::now();
+        note_use(now);
         report(source.at_field(now));
         wait_for_field(now);
     }

@@ -4,6 +4,7 @@
 #include <map>
 #include <memory>
 #include <optional>
+#include <vector>
 
 #include <asio.hpp>
 
@@ -35,6 +36,8 @@ private:
     void on_accept(const std::error_code& error, asio::ip::tcp::socket connection);
     bool reports_wanted() const;
     void report(ReportRound round);
+    void tell(const std::vector<News>& news);
+    void note_use(TimePoint now);
     void report_command(TimePoint now);
     void wait_for_field(TimePoint now);
     void on_field();

@@ -19,6 +19,9 @@ constexpr std::size_t most_waiting = 256 * 1024;
 // While this much waits it gets no positions: they would be old when it reads them.
 constexpr std::size_t most_before_positions = 16 * 1024;
 
+// What a client misses of the news cannot be made up for: one that lets so much wait is dropped.
+constexpr std::size_t most_news = 64 * 1024 * 1024;
+
 } // namespace
 
 Session::Session(asio::ip::tcp::socket connection, std::uint64_t client_number,
@@ -69,6 +72,19 @@ void Session::report(ReportRound& round)
         send(message);
     }
     round.positions = offered;
+}
+
+void Session::tell(const std::vector<News>& news)
+{
+    for (const News& item : news) {
+        if (!finishing && registrations.reports.count(item.type) != 0) {
+            send(item.message);
+        }
+    }
+    if (waiting() > most_news) {
+        log.dropped(number, "it does not read its reports");
+        leave("too many reports wait for it");
+    }
 }
 
 void Session::read()

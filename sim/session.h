@@ -41,6 +41,9 @@ public:
     // Sends what is news to the client. One that is slow to read gets no positions meanwhile, and
     // one that does not read gets nothing: what it missed follows as far as it is still true then.
     void report(ReportRound& round);
+    // Sends what the client has registered. None of it may be missed: a client that does not read
+    // is dropped in the end.
+    void tell(const std::vector<News>& news);
 
 private:
     void read();

@@ -2,6 +2,9 @@
 
 #include <algorithm>
 #include <array>
+#include <iterator>
+
+#include "sim/words.h"
 
 namespace veltosim
 {
@@ -59,13 +62,22 @@ constexpr std::array table{
     standard("625_50i", r50, "625i"),
     standard("525_59_94i", r59_94, "525i"),
 };
-static_assert(table.size() == 27);
+static_assert(
+    std::equal(table.begin(), table.end(), video_standard_words.begin(), video_standard_words.end(),
+               [](const Standard& row, std::string_view word) { return row.name == word; }));
 
 } // namespace
 
 std::span<const Standard> standards()
 {
     return table;
+}
+
+VideoStandard value_of(const Standard& standard)
+{
+    const auto word =
+        std::find(video_standard_words.begin(), video_standard_words.end(), standard.name);
+    return static_cast<VideoStandard>(std::distance(video_standard_words.begin(), word));
 }
 
 const Standard* find_standard(std::string_view name)

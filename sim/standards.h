@@ -5,6 +5,8 @@
 #include <string>
 #include <string_view>
 
+#include "sim/words.h"
+
 namespace veltosim
 {
 
@@ -26,6 +28,9 @@ struct Standard {
 };
 
 std::span<const Standard> standards();
+
+// Its number in messages.
+VideoStandard value_of(const Standard& standard);
 
 // The standard of that name, or null.
 const Standard* find_standard(std::string_view name);

@@ -79,6 +79,20 @@ inline constexpr std::array<std::string_view, 1> layer_words{"normal"};
 
 inline constexpr std::array<std::string_view, 2> bool_words{"false", "true"};
 
+enum class ReportType : std::uint8_t {
+    clip_change,
+    config_change,
+    disk_space,
+    temperature,
+    melt,
+    directory_change,
+    playlist_change,
+    chaselist_change,
+    export_requests,
+    alerts,
+    chase_ltc_timecode,
+    ltc_input
+};
 inline constexpr std::array<std::string_view, 12> report_type_words{
     "clip_change", "config_change",    "disk_space",         "temperature",
     "melt",        "directory_change", "playlist_change",    "chaselist_change",
@@ -114,6 +128,31 @@ inline constexpr std::array<std::string_view, 14> channel_report_type_words{"sta
                                                                             "aux_audio_peak",
                                                                             "listplay",
                                                                             "chaseplay"};
+
+enum class TrackType : std::uint8_t { video, key, audio, timecode };
+inline constexpr std::array<std::string_view, 4> track_type_words{"video", "key", "audio",
+                                                                  "timecode"};
+
+enum class TimecodeSource : std::uint8_t { zerobased, striped, rectc, rec0_stripe };
+inline constexpr std::array<std::string_view, 4> timecode_source_words{"zerobased", "striped",
+                                                                       "rectc", "rec0_stripe"};
+
+// Only ever passed on, so that their values need no names.
+enum class SpecialClipType : std::uint8_t {};
+inline constexpr std::array<std::string_view, 10> special_clip_type_words{
+    "normal", "iso2", "iso3", "iso4", "iso5", "iso6", "iso7", "iso8", "ssm2", "ssm3"};
+
+enum class CompressionType : std::uint8_t {};
+inline constexpr std::array<std::string_view, 4> compression_type_words{"jpeg2000", "dv", "avci",
+                                                                        "xavc"};
+
+enum class VideoStandard : std::uint8_t {};
+inline constexpr std::array<std::string_view, 27> video_standard_words{
+    "4K_60p",      "4K_59_94p", "4K_50p",    "4K_30p",      "4K_29_97p",     "4K_25p",
+    "4K_24p",      "4K_23_98p", "1080_60p",  "1080_59_94p", "1080_50p",      "1080_30p",
+    "1080_29_97p", "1080_25p",  "1080_24p",  "1080_23_98p", "1080_23_98psf", "1080_60i",
+    "1080_59_94i", "1080_50i",  "1080_48i",  "1080_47_95i", "720_60p",       "720_59_94p",
+    "720_50p",     "625_50i",   "525_59_94i"};
 
 enum class ErrorCode : std::uint8_t {
     general,

@@ -45,6 +45,7 @@ TEST(Options, HaveDefaults)
     EXPECT_EQ(options->name, "veltosim");
     EXPECT_TRUE(options->clips.empty());
     EXPECT_EQ(options->scenario, "");
+    EXPECT_EQ(options->store, "");
     EXPECT_FALSE(options->report_rate);
     EXPECT_FALSE(options->trace);
     EXPECT_EQ(out + err, "");
@@ -55,13 +56,14 @@ TEST(Options, AreRead)
     const auto [options, exit_code, out, err] =
         read({"--address", "127.1.2.3", "--standard", "720_60p", "--name", "b\xC3\xBChne", "--clip",
               "race:18000:4", "--clip", "two words:1", "--trace", "--scenario", "mine.json",
-              "--report-rate", "10"});
+              "--report-rate", "10", "--store", "studio.db"});
     ASSERT_TRUE(options);
     EXPECT_EQ(options->address.to_string(), "127.1.2.3");
     EXPECT_EQ(options->standard->name, "720_60p");
     EXPECT_EQ(options->name, "b\xC3\xBChne");
     EXPECT_TRUE(options->trace);
     EXPECT_EQ(options->scenario, "mine.json");
+    EXPECT_EQ(options->store, "studio.db");
     ASSERT_TRUE(options->report_rate);
     EXPECT_EQ(options->report_rate->fields, 10u);
     EXPECT_EQ(options->report_rate->seconds, 1u);
@@ -115,9 +117,9 @@ TEST(Options, HelpAndVersionEndWell)
     const Reading help = read({"--help"});
     EXPECT_FALSE(help.options);
     EXPECT_EQ(help.exit_code, exit_ok);
-    for (const char* text :
-         {"--address", "--clip", "8913", "sport_goal (4 angles)", "headlines", "evening_news",
-          "--scenario", "--report-rate", "Exit codes", "5 bad scenario"}) {
+    for (const char* text : {"--address", "--clip", "8913", "sport_goal (4 angles)", "headlines",
+                             "evening_news", "--scenario", "--report-rate", "Exit codes",
+                             "5 bad scenario", "--store", "6 the store cannot be used"}) {
         EXPECT_NE(help.out.find(text), std::string::npos) << text;
     }
     const Reading version = read({"--version"});

@@ -88,7 +88,7 @@ TEST(Scenario, AllKeysAreRead)
     EXPECT_EQ(clip->title, "A clip");
     EXPECT_EQ(clip->length, 100u);
     EXPECT_EQ(clip->angles, 3);
-    EXPECT_EQ(clip->audio_tracks, 16);
+    EXPECT_EQ(audio_track_count(*clip), 16);
     EXPECT_EQ(clip->interp, Interp::off);
     EXPECT_EQ(clip->loop, Loop::loopto);
     EXPECT_EQ(clip->loop_in, 10u);
@@ -128,21 +128,27 @@ TEST(Scenario, ErrorsTellFileLineAndReason)
         std::string text;
         std::string error;
     };
-    const std::string clip_keys = "name, title, length, angles, audio_tracks, interp, loop, "
-                                  "loop_in, loop_out";
+    const std::string clip_keys =
+        "name, standard, tracks, title, creator, project, playback, interp, loop, loop_out, "
+        "loop_in, length, timecode_source, stripe_timecode, read_only, id8, read_only_meta, "
+        "read_only_content, metadata, special_type, iso_count, ssm_speed, bitrate, "
+        "frame0_timecode, trim_start, trim_end, untrimmed_length, compression, uuid, parent_uuid, "
+        "angle, loaded, unloaded, played, meta_edited, content_edited, file_type, angles, "
+        "audio_tracks";
     const Case cases[] = {
         {"{\n\"clips\": [\n}",
          "3: syntax error while parsing value - unexpected '}'; expected '[', '{', or a literal"},
         {"[]", "1: this holds '[]'; allowed is an object, the scenario"},
         {"{\n\"clip\": []}",
-         "2: there is no key 'clip' in the scenario; its keys are clips, vclips, playlists, "
-         "channels"},
+         "2: there is no key 'clip' in the scenario; its keys are disk, directories, clips, "
+         "vclips, playlists, channels"},
         {"{\"clips\": 5}", "1: 'clips' holds '5'; allowed is an array"},
         {"{\"clips\": [\n5]}", "2: this holds '5'; allowed is an object, a clip"},
         {"{\"clips\": [{\"name\": \"a\", \"length\": 5,\n\"lenght\": 5}]}",
          "2: there is no key 'lenght' in a clip; its keys are " + clip_keys},
         {"{\"vclips\": [{\"name\": \"a\", \"length\": 5,\n\"x\": 5}]}",
-         "2: there is no key 'x' in a virtual clip; its keys are " + clip_keys},
+         "2: there is no key 'x' in a virtual clip; its keys are name, title, length, loop, "
+         "tracks, draft"},
         {"{\"clips\": [{\"name\": \"a\", \"length\": 5,\n\"length\": 6}]}",
          "2: the key 'length' is given twice"},
         {"{\"clips\": [\n{\"name\": \"a\"}]}", "2: a clip has no 'length'"},
