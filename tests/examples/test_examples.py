@@ -1,6 +1,6 @@
 """Runs each example against a simulator of its own.
 
-usage: test_c_examples.py SIMULATOR ADDRESS EXAMPLE...
+usage: test_examples.py SIMULATOR ADDRESS EXAMPLE...
 """
 
 import subprocess
