@@ -117,6 +117,16 @@
  *     success only. The first call for clips or for directories asks the server for their changes,
  *     whatever velto_synchronous has chosen, and waits for the reply (rule 7); once that has
  *     succeeded later calls do not block.
+ *
+ * 16. Writes to a store. A write waits inside the store until the server has confirmed it. A thread
+ *     of the store sends one at a time, all that set before all that erase, otherwise in no order;
+ *     one that fails, refused or without a link, is tried again every 200 ms for as long as the
+ *     store is open, and those behind it wait. velto_kvstore_flush tells when all have arrived. Of
+ *     several writes to one key only the latest counts. With VELTO_COMMANDS_DO_NOT_WAIT on the
+ *     connection a write counts as confirmed once it is sent, and one that is refused is lost
+ *     without a word. VELTO_RESULT_OK: taken. VELTO_RESULT_INVALID_HANDLE: the handle is unknown.
+ *     VELTO_RESULT_READ_ONLY: the store was opened with VELTO_STORE_READ. It does not block,
+ *     whatever the link is doing.
  */
 
 #ifndef VELTO_VELTO_H
@@ -166,6 +176,9 @@ typedef uint32_t VeltoListHandle;
 
 /** A VeltoResultCode. */
 typedef int32_t VeltoResult;
+
+/** An open key-value store; never 0. Numbered apart from connections. */
+typedef uint32_t VeltoStoreHandle;
 
 /** Where a text is to be written; passed by value. See rule 3. */
 typedef struct VeltoTextBuffer {
@@ -358,6 +371,19 @@ enum VeltoEditBits {
 enum VeltoMonitor {
     VELTO_MONITOR_AUTOMATIC = 0, /**< The server. */
     VELTO_MONITOR_MANUAL = 1,    /**< The application. */
+};
+
+/** What a key-value store is opened for. */
+enum VeltoStoreMode {
+    VELTO_STORE_READ = 1,       /**< To follow the changes. */
+    VELTO_STORE_READ_WRITE = 2, /**< Both. */
+    VELTO_STORE_WRITE = 3,      /**< To set and erase. */
+};
+
+/** What has become of a key. */
+enum VeltoStoreChange {
+    VELTO_STORE_CHANGE_SET = 1,    /**< It has this value now. */
+    VELTO_STORE_CHANGE_ERASED = 2, /**< It is gone. */
 };
 
 /** The address a.b.c.d in the form that velto_connect takes. */
@@ -1958,6 +1984,114 @@ VELTO_API VeltoResult velto_vclip_ripple(VeltoHandle handle, const VeltoChar* vc
  */
 VELTO_API VeltoResult velto_vclip_track_enable(VeltoHandle handle, const VeltoChar* vclip,
                                                uint32_t tracks);
+
+/* ---- Key-value stores ------------------------------------------------------------------------ */
+
+/**
+ * Opens a key-value store: the keys of one metadata database that begin with a prefix.
+ * A store that reads is given all that the database holds, and every change from then on, by
+ * velto_kvstore_get_change. One that writes sends what velto_kvstore_set and velto_kvstore_erase
+ * give it. It survives every loss of the link: what changed meanwhile is delivered once the link is
+ * back, along with all else that the database holds. Only what was erased meanwhile goes unnoticed.
+ * The store keeps the connection up: velto_close takes the handle of the connection away, and
+ * closing its last store the connection itself. Does not wait for the server, nor for the link. The
+ * output is written on success only.
+ *
+ * @param handle      Connection.
+ * @param folder      The server's name for the database.
+ * @param prefix      Beginning of the keys that belong to the store; an empty one takes all.
+ * @param mode        What it is opened for, a VeltoStoreMode; any other number is refused.
+ * @param[out] store  Receives the handle of the store.
+ * @return VELTO_RESULT_OK: opened. VELTO_RESULT_INVALID_HANDLE: the handle is unknown.
+ *     VELTO_RESULT_INVALID_ARGUMENT: the mode is none of VeltoStoreMode.
+ */
+VELTO_API VeltoResult velto_open_kvstore(VeltoHandle handle, const VeltoChar* folder,
+                                         const VeltoChar* prefix, uint32_t mode,
+                                         VeltoStoreHandle* store);
+
+/**
+ * Waits until all that the database held has reached the stores that read it.
+ * A scan begins with every store that is opened for reading on the folder, and anew when the link
+ * is back. One that fails does not end the wait; a later one can. A store that only writes waits
+ * for the scans of those that read its folder. Waits timeout_ms at most;
+ * velto_close_key_value_store on another thread does not end the wait.
+ *
+ * @param store       Store.
+ * @param timeout_ms  The longest wait, in milliseconds; 0 only looks, and no number means for ever.
+ * @return VELTO_RESULT_OK: no scan is under way, and the last one has succeeded.
+ *     VELTO_RESULT_INVALID_HANDLE: the handle is unknown. VELTO_RESULT_TIMEOUT: that did not come
+ *     in time.
+ */
+VELTO_API VeltoResult velto_kvstore_wait_scan(VeltoStoreHandle store, uint32_t timeout_ms);
+
+/**
+ * Takes the oldest change of some key, or waits for one.
+ * A key has one change at a time, its latest, at the place of the first that was not taken yet. So
+ * a reader that falls behind needs no more memory than the keys do, and misses only what has been
+ * overtaken. A value can come again unchanged: after a loss of the link, and when another store is
+ * opened on the folder. What a store has written itself comes like everything else. The key that
+ * equals the prefix never comes. A change whose texts do not fit, size 0 included, is taken all the
+ * same. Waits timeout_ms at most; velto_close_key_value_store on another thread does not end the
+ * wait. The outputs are written on success only.
+ *
+ * @param store       Store.
+ * @param timeout_ms  The longest wait, in milliseconds; 0 only looks, and no number means for ever.
+ * @param[out] kind   Receives what has become of the key, a VeltoStoreChange.
+ * @param[out] key    Receives it, without the store's prefix.
+ * @param[out] value  Receives the value; empty when the key is gone.
+ * @return VELTO_RESULT_OK: a change was taken. VELTO_RESULT_INVALID_HANDLE: the handle is unknown.
+ *     VELTO_RESULT_TIMEOUT: none came in time. VELTO_RESULT_WRITE_ONLY: the store was opened with
+ *     VELTO_STORE_WRITE.
+ */
+VELTO_API VeltoResult velto_kvstore_get_change(VeltoStoreHandle store, uint32_t timeout_ms,
+                                               uint32_t* kind, VeltoTextBuffer key,
+                                               VeltoTextBuffer value);
+
+/**
+ * Gives a key a value.
+ *
+ * @param store  Store.
+ * @param key    Key, without the store's prefix.
+ * @param value  Its value.
+ * @return 0, 3 or 4 of VeltoResultCode, as any write (rule 16).
+ */
+VELTO_API VeltoResult velto_kvstore_set(VeltoStoreHandle store, const VeltoChar* key,
+                                        const VeltoChar* value);
+
+/**
+ * Erases a key, whether or not there is one.
+ *
+ * @param store  Store.
+ * @param key    Key, without the store's prefix.
+ * @return 0, 3 or 4 of VeltoResultCode, as any write (rule 16).
+ */
+VELTO_API VeltoResult velto_kvstore_erase(VeltoStoreHandle store, const VeltoChar* key);
+
+/**
+ * Waits until the server has confirmed all writes of the store.
+ * A store with nothing to write is flushed at once, whatever the link is doing. Waits timeout_ms at
+ * most.
+ *
+ * @param store       Store.
+ * @param timeout_ms  The longest wait, in milliseconds; 0 only looks, and no number means for ever.
+ * @return VELTO_RESULT_OK: nothing is left to write. VELTO_RESULT_INVALID_HANDLE: the handle is
+ *     unknown. VELTO_RESULT_READ_ONLY: the store was opened with VELTO_STORE_READ.
+ *     VELTO_RESULT_TIMEOUT: that did not come in time.
+ */
+VELTO_API VeltoResult velto_kvstore_flush(VeltoStoreHandle store, uint32_t timeout_ms);
+
+/**
+ * Closes a store; the handle is unknown from then on.
+ * An unknown handle is ignored, so that closing twice does no harm. Changes that were not taken are
+ * dropped, and so are writes that the server has not confirmed within two seconds. Calls of other
+ * threads on the store finish normally. Waits two seconds at most for what is to be written, and
+ * then for the command that is under way, which a server that never answers can hold up for ever.
+ * Closing the last store of a connection that was closed before takes what velto_close takes.
+ * Leaves the last-error text as it was.
+ *
+ * @param store  Store.
+ */
+VELTO_API void velto_close_key_value_store(VeltoStoreHandle store);
 
 #ifdef __cplusplus
 }

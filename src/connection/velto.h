@@ -1,9 +1,12 @@
 #pragma once
 
 #include "connection/channel_state.h"
+#include "connection/kv_scan.h"
+#include "connection/kv_watch.h"
 #include "connection/notify.h"
 #include "connection/result.h"
 #include "connection/velto_callbacks.h"
+#include "foundation/aprotect.h"
 #include "protocol/zavl3_client_win32.h"
 
 #include <set>
@@ -144,6 +147,20 @@ public:
         return result_ok();
     }
 
+    // Key-value stores (kv_store.h). The first reader of a folder has the server watch it, the last
+    // one ends that; every reader that comes has the whole folder downloaded again.
+    // Locks: `watches` is held while the commands go out; none of them waits for its reply.
+    void register_store(KVStore* kvstore, const std::u16string& folder);
+    void unregister_store(KVStore* kvstore);
+    // False when the time ran out before the last download under way had ended well.
+    bool wait_scan(const std::u16string& folder, std::uint32_t timeout_ms);
+    static VeltoResult metadata_set(ARef<VeltoConnObject> connection, const std::u16string& folder,
+                                    const std::u16string& key, const std::u16string& value);
+    static VeltoResult metadata_erase(ARef<VeltoConnObject> connection,
+                                      const std::u16string& folder, const std::u16string& key);
+    void on_report_metadata_change(const ZAVL3::report::metadata_change& report) override;
+    void on_report_metadata_remove(const ZAVL3::report::metadata_remove& report) override;
+
     // Null for a channel that is not tracked.
     ChannelState* channel_state(std::uint32_t channel)
     {
@@ -172,6 +189,15 @@ private:
 
     static constexpr std::uint32_t tracked_channels = 8;
     std::array<std::unique_ptr<ChannelState>, tracked_channels> channels;
+
+    // Lock order: `watches`, then either `scans` or the lock of a KVScan or of a store's changes,
+    // or those of a command on its way out (send_lock, OutstandingCommands, which then may take
+    // that of a KVScan). No two of the former at a time.
+    AProtect<KVWatch> watches;
+    AProtect<KVScans> scans;
+    // What a download brings takes the road of a report.
+    const ZAVL3::reply::metadata::Delegate metadata_data =
+        bind<&VeltoConnObject::take_scanned>(this);
 
     static CBHolder<CBOkObject> make_ok_callback(const ARef<VeltoConnObject>& connection);
     template <typename Command>
@@ -202,6 +228,14 @@ private:
                                 Use use);
     template <FixedString Field, auto Convert>
     static VeltoResult video(const ARef<VeltoConnObject>& connection, std::uint32_t* value);
+    std::shared_ptr<KVScan> get_scan(const std::u16string& folder);
+    void start_scan(const std::u16string& folder);
+    void watch_and_scan_again();
+    void watch(const std::u16string& folder);
+    template <typename Report, typename List>
+    void tell_stores(const Report& report, const List& list,
+                     void (KVStore::*tell)(const AString& prefix, const List& list));
+    void take_scanned(AString database, AString prefix, std::vector<ZAVL3::Metadata> list);
 };
 
 // The last reference can go on the object's own worker, which the destructor cannot wait for: there

@@ -44,6 +44,7 @@ void VeltoConnObject::on_connection_up()
             }
         }
     }
+    watch_and_scan_again();
 }
 
 CBHolder<CBOkObject> VeltoConnObject::make_ok_callback(const ARef<VeltoConnObject>& connection)

@@ -209,6 +209,16 @@ PIN(velto_vclip_add_segment2, int32_t,
 PIN(velto_vclip_clear_segment, int32_t, (uint32_t, const VeltoChar*, uint32_t, uint32_t, uint32_t));
 PIN(velto_vclip_ripple, int32_t, (uint32_t, const VeltoChar*, uint32_t, uint32_t, uint32_t));
 PIN(velto_vclip_track_enable, int32_t, (uint32_t, const VeltoChar*, uint32_t));
+/* Key-value stores */
+PIN(velto_open_kvstore, int32_t,
+    (uint32_t, const VeltoChar*, const VeltoChar*, uint32_t, uint32_t*));
+PIN(velto_kvstore_wait_scan, int32_t, (uint32_t, uint32_t));
+PIN(velto_kvstore_get_change, int32_t,
+    (uint32_t, uint32_t, uint32_t*, VeltoTextBuffer, VeltoTextBuffer));
+PIN(velto_kvstore_set, int32_t, (uint32_t, const VeltoChar*, const VeltoChar*));
+PIN(velto_kvstore_erase, int32_t, (uint32_t, const VeltoChar*));
+PIN(velto_kvstore_flush, int32_t, (uint32_t, uint32_t));
+PIN(velto_close_key_value_store, void, (uint32_t));
 
 size_t velto_prototypes(VeltoPrototype* prototypes, size_t capacity)
 {
@@ -383,6 +393,13 @@ size_t velto_prototypes(VeltoPrototype* prototypes, size_t capacity)
         LISTED(velto_vclip_clear_segment),
         LISTED(velto_vclip_ripple),
         LISTED(velto_vclip_track_enable),
+        LISTED(velto_open_kvstore),
+        LISTED(velto_kvstore_wait_scan),
+        LISTED(velto_kvstore_get_change),
+        LISTED(velto_kvstore_set),
+        LISTED(velto_kvstore_erase),
+        LISTED(velto_kvstore_flush),
+        LISTED(velto_close_key_value_store),
     };
     const size_t count = sizeof all / sizeof all[0];
 

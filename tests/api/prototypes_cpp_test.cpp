@@ -373,6 +373,21 @@ static_assert(std::is_same_v<decltype(velto_vclip_ripple),
     std::int32_t(std::uint32_t, const VeltoChar*, std::uint32_t, std::uint32_t, std::uint32_t)>);
 static_assert(std::is_same_v<decltype(velto_vclip_track_enable),
     std::int32_t(std::uint32_t, const VeltoChar*, std::uint32_t)>);
+// Key-value stores
+static_assert(std::is_same_v<decltype(velto_open_kvstore),
+    std::int32_t(std::uint32_t, const VeltoChar*, const VeltoChar*, std::uint32_t,
+                 std::uint32_t*)>);
+static_assert(std::is_same_v<decltype(velto_kvstore_wait_scan),
+    std::int32_t(std::uint32_t, std::uint32_t)>);
+static_assert(std::is_same_v<decltype(velto_kvstore_get_change),
+    std::int32_t(std::uint32_t, std::uint32_t, std::uint32_t*, VeltoTextBuffer, VeltoTextBuffer)>);
+static_assert(std::is_same_v<decltype(velto_kvstore_set),
+    std::int32_t(std::uint32_t, const VeltoChar*, const VeltoChar*)>);
+static_assert(std::is_same_v<decltype(velto_kvstore_erase),
+    std::int32_t(std::uint32_t, const VeltoChar*)>);
+static_assert(std::is_same_v<decltype(velto_kvstore_flush),
+    std::int32_t(std::uint32_t, std::uint32_t)>);
+static_assert(std::is_same_v<decltype(velto_close_key_value_store), void(std::uint32_t)>);
 // clang-format on
 
 namespace
@@ -563,6 +578,13 @@ const std::vector<std::string> described = {
     "velto_vclip_clear_segment",
     "velto_vclip_ripple",
     "velto_vclip_track_enable",
+    "velto_open_kvstore",
+    "velto_kvstore_wait_scan",
+    "velto_kvstore_get_change",
+    "velto_kvstore_set",
+    "velto_kvstore_erase",
+    "velto_kvstore_flush",
+    "velto_close_key_value_store",
 };
 
 std::vector<VeltoPrototype> linked()
@@ -580,7 +602,7 @@ TEST(Prototypes, AreThoseOfTheDescription)
     for (const VeltoPrototype& prototype : linked()) {
         names.emplace_back(prototype.name);
     }
-    EXPECT_EQ(names.size(), std::size_t{170});
+    EXPECT_EQ(names.size(), std::size_t{177});
     EXPECT_EQ(names, described);
 }
 
