@@ -79,9 +79,8 @@ public:
 
     Outcome set(std::string_view key, std::string_view value) const
     {
-        return outcome_of([&] {
-            return velto_kvstore_set(handle, units(key).c_str(), units(value).c_str());
-        });
+        return outcome_of(
+            [&] { return velto_kvstore_set(handle, units(key).c_str(), units(value).c_str()); });
     }
     Outcome erase(std::string_view key) const
     {
@@ -178,8 +177,8 @@ inline std::string metadata_fields(const Entries& entries, const std::string& pr
 inline std::string change_report(const Entries& entries, const std::string& prefix = {},
                                  const std::string& folder = "notes")
 {
-    return xml_element(
-        "report", xml_element("metadata_change", metadata_fields(entries, prefix, folder)));
+    return xml_element("report",
+                       xml_element("metadata_change", metadata_fields(entries, prefix, folder)));
 }
 
 inline std::string removal_report(const Texts& keys, const std::string& prefix = {},
@@ -189,9 +188,8 @@ inline std::string removal_report(const Texts& keys, const std::string& prefix =
     for (const std::string& key : keys) {
         list += xml_element("Key", key);
     }
-    return xml_element("report",
-                       xml_element("metadata_remove", database_fields(prefix, folder) +
-                                                          xml_element("KeyList", list)));
+    return xml_element("report", xml_element("metadata_remove", database_fields(prefix, folder) +
+                                                                    xml_element("KeyList", list)));
 }
 
 inline std::string scan_reply(const std::string& xid, const Entries& entries,
@@ -206,12 +204,10 @@ class StoreSession : public Session
 public:
     StoreSession() { settle(*this); }
 
-    // Takes the link away and gives it back; what the client then sends first is next.
+    // Takes the link away and gives it back. What comes next is what the client then sends first.
     void replace_link()
     {
-        server.stop_listening();
         link->close();
-        server.listen();
         accept();
     }
 };
