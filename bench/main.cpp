@@ -2,6 +2,7 @@
 #include "getters.h"
 #include "names.h"
 #include "round_trip.h"
+#include "stores.h"
 
 #include <cstdlib>
 #include <regex>
@@ -18,6 +19,12 @@ struct Measurement {
 constexpr Measurement measurements[] = {
     {"round_trips", measure_round_trips}, {"rates", measure_rates}, {"flood", measure_flood},
     {"getters", measure_getters},         {"names", measure_names},
+    {"round_trips", measure_round_trips},
+    {"rates", measure_rates},
+    {"flood", measure_flood},
+    {"getters", measure_getters},
+    {"store_writes", measure_store_writes},
+    {"store_scan", measure_store_scan},
 };
 
 // Takes the filter that the other program's framework takes, and lets its other options pass.

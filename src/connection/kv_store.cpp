@@ -255,7 +255,8 @@ void KVStore::send_first_set(std::unique_lock<std::mutex>& guard)
         A_REPORT("kv_store", "it != pending.kv_set.cend ()");
         return;
     }
-    const auto [key, value] = *it;
+    const std::u16string key = it->first;
+    const std::u16string value = it->second;
     if (!is_confirmed(
             guard, [&] { return VeltoConnObject::metadata_set(connection, folder, key, value); })) {
         return;
