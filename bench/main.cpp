@@ -17,12 +17,11 @@ struct Measurement {
 };
 
 constexpr Measurement measurements[] = {
-    {"round_trips", measure_round_trips}, {"rates", measure_rates}, {"flood", measure_flood},
-    {"getters", measure_getters},         {"names", measure_names},
     {"round_trips", measure_round_trips},
     {"rates", measure_rates},
     {"flood", measure_flood},
     {"getters", measure_getters},
+    {"names", measure_names},
     {"store_writes", measure_store_writes},
     {"store_scan", measure_store_scan},
 };
