@@ -10,7 +10,6 @@ using namespace std::chrono_literals;
 namespace
 {
 
-constexpr std::uint32_t reading = VELTO_STORE_READ;
 constexpr std::uint32_t both = VELTO_STORE_READ_WRITE;
 constexpr std::uint32_t writing = VELTO_STORE_WRITE;
 

@@ -15,11 +15,15 @@ constexpr VeltoChar untouched = 0x2A2A;
 
 using Units = std::vector<VeltoChar>;
 
-// What a buffer of `size` units, and the unit behind it, hold after the copy.
+// What a buffer of `size` units, and the unit behind it, hold after the copy, which is the same
+// from either kind of text.
 Units copied(const AString& text, std::uint32_t size)
 {
     Units units(size + 1, untouched);
+    Units units_of_wide = units;
     copy_text(text, {units.data(), size});
+    copy_text(text.to_wide(), {units_of_wide.data(), size});
+    EXPECT_EQ(units, units_of_wide);
     return units;
 }
 
@@ -62,6 +66,17 @@ TEST(CopyText, TheLargestSizeNeedsNoMoreThanTheText)
     std::array<VeltoChar, 3> units{};
     copy_text("In", {units.data(), 0xFFFFFFFF});
     EXPECT_EQ(units, (std::array<VeltoChar, 3>{'I', 'n', 0}));
+    copy_text(std::u16string(u"On"), {units.data(), 0xFFFFFFFF});
+    EXPECT_EQ(units, (std::array<VeltoChar, 3>{'O', 'n', 0}));
+}
+
+// It was no pair before, and the cut does not make it one.
+TEST(CopyText, AHalfThatStandsAloneIsCopied)
+{
+    const std::u16string text{u'a', 0xD83C};
+    Units units(3, untouched);
+    copy_text(text, {units.data(), 3});
+    EXPECT_EQ(units, (Units{'a', 0xD83C, 0}));
 }
 
 TEST(TextFromUnits, TakesTheUnitsUpToTheZero)
@@ -71,6 +86,24 @@ TEST(TextFromUnits, TakesTheUnitsUpToTheZero)
     EXPECT_EQ(text_from_units(VELTO_TEXT("news\0open")), "news");
     EXPECT_EQ(text_from_units(VELTO_TEXT("")), AString());
     EXPECT_EQ(watch.count(), 0u);
+}
+
+TEST(WideFromUnits, TakesTheUnitsUpToTheZeroAsTheyStand)
+{
+    const AssertWatch watch;
+    EXPECT_EQ(wide_from_units(VELTO_TEXT("news\0open")), u"news");
+    EXPECT_EQ(wide_from_units(VELTO_TEXT("")), u"");
+    const VeltoChar half[] = {'a', 0xD83C, 'b', 0};
+    EXPECT_EQ(wide_from_units(half), (std::u16string{u'a', 0xD83C, u'b'}));
+    EXPECT_EQ(watch.count(), 0u);
+}
+
+TEST(WideFromUnits, ANullPointerIsReportedOnceAndIsTheEmptyText)
+{
+    const AssertWatch watch;
+    EXPECT_EQ(wide_from_units(nullptr), u"");
+    EXPECT_EQ(watch.count(), 1u);
+    EXPECT_EQ(watch.count("astring"), 1u);
 }
 
 TEST(TextFromUnits, JoinsPairs)
