@@ -1,15 +1,13 @@
 // Shares a folder of keys and values with whoever else uses it: sets and erases keys, prints every
 // change that it sees, its own included, and goes on while the server is stopped and started.
 
-#include "velto/velto.h"
+#include "common/application.h"
 
 #include <CLI/CLI.hpp>
 #include <fmt/format.h>
 
-#include <chrono>
 #include <csignal>
 #include <cstdio>
-#include <filesystem>
 #include <string>
 #include <thread>
 #include <utility>
@@ -24,24 +22,6 @@ using namespace std::chrono_literals;
 constexpr uint32_t answer_limit_ms = 10000;
 
 volatile std::sig_atomic_t interrupted = 0;
-
-std::u16string units(const std::string& utf8)
-{
-    return std::filesystem::path(std::u8string(utf8.begin(), utf8.end())).u16string();
-}
-
-std::string printable(const VeltoChar* text)
-{
-    const std::u8string bytes = std::filesystem::path(text).u8string();
-    return {bytes.begin(), bytes.end()};
-}
-
-std::string last_error()
-{
-    VeltoChar text[256];
-    velto_get_last_error({text, 256});
-    return printable(text);
-}
 
 std::pair<std::string, std::string> split(const std::string& assignment)
 {
@@ -175,15 +155,6 @@ private:
     Clock::time_point start = Clock::now();
 };
 
-uint32_t host_order(const std::string& address)
-{
-    uint32_t value = 0;
-    for (const std::string& part : CLI::detail::split(address, '.')) {
-        value = value << 8 | static_cast<uint32_t>(std::stoul(part));
-    }
-    return value;
-}
-
 std::string check_text(const std::string& text)
 {
     try {
@@ -246,8 +217,6 @@ int main(int argc, char** argv)
 
     std::signal(SIGINT, [](int) { interrupted = 1; });
     std::signal(SIGTERM, [](int) { interrupted = 1; });
-    const VeltoHandle server = velto_connect(host_order(settings.address));
-    const bool good = Dictionary(server, settings).run();
-    velto_close(server);
-    return good ? 0 : 1;
+    const Server server(settings.address);
+    return Dictionary(server, settings).run() ? 0 : 1;
 }
