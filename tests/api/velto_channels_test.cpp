@@ -7,13 +7,6 @@ using namespace std::chrono_literals;
 namespace
 {
 
-// A command without what is around it in every command.
-std::string element_of(const ReceivedCommand& command)
-{
-    const std::size_t begin = command.bytes.find("<" + command.name);
-    return command.bytes.substr(begin, command.bytes.find("\r\n</cmd>") - begin);
-}
-
 class Channels : public testing::Test
 {
 protected:
@@ -31,26 +24,6 @@ protected:
         session.link->send(info_report('A', optional_fields));
         settle(session);
         return read(session.handle, 0);
-    }
-
-    // What the client sends by itself when the link is back after a loss.
-    std::vector<std::string> registrations_after_loss()
-    {
-        session.link->close();
-        session.accept();
-        std::vector<std::string> registrations;
-        // The first command may overtake the worker, the second one cannot.
-        for (int round = 0; round < 2; ++round) {
-            auto stopping = calling([&] { return velto_cmd_stop1(session.handle, 0); });
-            ReceivedCommand command = session.link->expect_command();
-            for (; command.name != "stop"; command = session.link->expect_command()) {
-                registrations.push_back(element_of(command));
-                session.link->reply_error(command.xid, "nobody hears it");
-            }
-            session.link->reply_ok(command.xid);
-            EXPECT_EQ(await(std::move(stopping)), succeeded);
-        }
-        return registrations;
     }
 
     Session session;
@@ -373,7 +346,7 @@ TEST_F(Channels, LiveItemsAreReadFromTheCacheWhileTheLinkIsDown)
 
 TEST_F(Channels, AReconnectionRegistersWhatWasRegisteredAndNothingElse)
 {
-    EXPECT_TRUE(registrations_after_loss().empty());
+    EXPECT_TRUE(registrations_after_loss(session).empty());
 
     const struct {
         const ChannelGetter& getter;
@@ -397,9 +370,9 @@ TEST_F(Channels, AReconnectionRegistersWhatWasRegisteredAndNothingElse)
         registration('A', "speed"),    registration('A', "info"),   registration('D', "clipid"),
         registration('D', "timecode"), registration('H', "status"), registration('H', "info"),
     };
-    EXPECT_EQ(registrations_after_loss(), expected);
+    EXPECT_EQ(registrations_after_loss(session), expected);
     EXPECT_EQ(await(std::move(unfinished)), speed_getter.failed());
-    EXPECT_EQ(registrations_after_loss(), expected); // refused as they all were
+    EXPECT_EQ(registrations_after_loss(session), expected); // refused as they all were
 }
 
 TEST_F(Channels, AReconnectionGoesChannelByChannelAndItemByItem)
@@ -413,7 +386,7 @@ TEST_F(Channels, AReconnectionGoesChannelByChannelAndItemByItem)
             expected.push_back(registration(letter_of(channel), item));
         }
     }
-    EXPECT_EQ(registrations_after_loss(), expected);
+    EXPECT_EQ(registrations_after_loss(session), expected);
 }
 
 TEST_F(Channels, AFirstReadWaitsAlsoWhereCommandsDoNot)

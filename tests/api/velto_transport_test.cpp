@@ -1,5 +1,4 @@
-#include "support/assert_watch.h"
-#include "support/session.h"
+#include "support/command_script.h"
 #include "support/transport_rows.h"
 
 #include <set>
@@ -9,46 +8,8 @@
 namespace
 {
 
-// The exact bytes of a command with this xid.
-std::string wire_bytes(const WireRow& row, const std::string& xid)
+class Transport : public CommandScript
 {
-    std::string bytes = "<cmd>\r\n<xid>" + xid + "</xid>\r\n";
-    for (const std::string& line : row.lines) {
-        bytes += line + "\r\n";
-    }
-    return bytes + "</cmd>";
-}
-
-bool is_number(const std::string& text)
-{
-    return !text.empty() && text.find_first_not_of("0123456789") == std::string::npos;
-}
-
-class Transport : public testing::Test
-{
-protected:
-    // Makes the call, and has the server answer with `content`.
-    Outcome answered(const WireRow& row, const std::string& content)
-    {
-        auto call = calling([&] { return row.call(session.handle); });
-        const ReceivedCommand command = session.link->expect_command();
-        EXPECT_TRUE(is_number(command.xid)) << command.xid;
-        EXPECT_EQ(command.bytes, wire_bytes(row, command.xid));
-        session.link->reply(command.xid, content);
-        return await(std::move(call));
-    }
-
-    void expect_bytes(WireRows rows)
-    {
-        for (const WireRow& row : rows) {
-            SCOPED_TRACE(row.function);
-            const AssertWatch watch;
-            EXPECT_EQ(answered(row, "<ok />"), succeeded);
-            EXPECT_EQ(watch.count(), row.reports);
-        }
-    }
-
-    Session session;
 };
 
 TEST_F(Transport, PlayAndStopSendTheseBytes)
@@ -121,42 +82,22 @@ TEST(TransportRows, ReportWhereATextIsNullOrANumberIsOutside)
 
 TEST_F(Transport, EveryCommandGivesTheServersMessage)
 {
-    for (const WireRow& row : all_rows()) {
-        SCOPED_TRACE(row.function);
-        EXPECT_EQ(answered(row, error_content("Channel is in use", "clipnotfound")),
-                  (Outcome{2, "Channel is in use"}));
-    }
+    expect_refusals(all_rows());
 }
 
 TEST_F(Transport, EveryCommandSucceedsAtOnceWhereCommandsDoNotWait)
 {
-    velto_synchronous(session.handle, VELTO_COMMANDS_DO_NOT_WAIT);
-    for (const WireRow& row : all_rows()) {
-        SCOPED_TRACE(row.function);
-        EXPECT_EQ(outcome_of([&] { return row.call(session.handle); }), succeeded);
-        const ReceivedCommand command = session.link->expect_command();
-        EXPECT_EQ(command.bytes, wire_bytes(row, command.xid));
-    }
+    expect_no_wait(all_rows());
 }
 
 TEST(TransportWithoutHandle, EveryCommandGivesInvalidHandle)
 {
-    for (const WireRow& row : all_rows()) {
-        SCOPED_TRACE(row.function);
-        EXPECT_EQ(outcome_of([&] { return row.call(0); }), invalid_handle);
-    }
+    expect_invalid_handle(all_rows());
 }
 
 TEST(TransportWithoutLink, EveryCommandFailsAtOnce)
 {
-    ScriptServer server;
-    server.stop_listening();
-    const VeltoHandle handle = velto_connect(server.address().number);
-    for (const WireRow& row : all_rows()) {
-        SCOPED_TRACE(row.function);
-        EXPECT_EQ(outcome_of([&] { return row.call(handle); }), link_failed);
-    }
-    velto_close(handle);
+    expect_failure_without_link(all_rows());
 }
 
 TEST_F(Transport, ALossFailsEveryCommandThatWaits)

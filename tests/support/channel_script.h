@@ -1,7 +1,7 @@
 #pragma once
 
 #include "support/channel_reports.h"
-#include "support/session.h"
+#include "support/command_script.h"
 
 #include <gtest/gtest.h>
 
@@ -156,32 +156,6 @@ inline std::string expect_registration(Session& session, char channel, const std
     const ReceivedCommand command = session.link->expect_command();
     EXPECT_EQ(command.bytes, command_bytes(command.xid, registration(channel, item)));
     return command.xid;
-}
-
-// When it returns, the client has taken in all that the server has sent, and has itself sent
-// nothing.
-inline void settle(Session& session)
-{
-    auto stopping = calling([&] { return velto_cmd_stop1(session.handle, 0); });
-    session.link->reply_ok(session.link->expect("stop").xid);
-    EXPECT_EQ(await(std::move(stopping)), succeeded);
-}
-
-// The server goes away. When it returns, the link is down and stays so.
-inline void lose_link(Session& session)
-{
-    session.server.stop_listening();
-    auto stopping = calling([&] { return velto_cmd_stop1(session.handle, 0); });
-    session.link->expect("stop");
-    session.link->close();
-    EXPECT_EQ(await(std::move(stopping)), link_failed);
-}
-
-// And back.
-inline void restore_link(Session& session)
-{
-    session.server.listen();
-    session.accept();
 }
 
 // The first read of an item, which the server answers with `report`.

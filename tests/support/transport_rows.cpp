@@ -1,15 +1,12 @@
 #include "support/transport_rows.h"
 
+#include "support/wire_call.h"
+
 #include <limits>
 
 namespace
 {
 
-// The name of the function, and the call with these further arguments.
-#define CALL(function, ...)                                                                        \
-#function, [](VeltoHandle handle) { return function(handle, __VA_ARGS__); }
-
-constexpr std::uint32_t all_ones = 0xFFFFFFFF;
 constexpr double infinite = std::numeric_limits<double>::infinity();
 constexpr double not_a_number = std::numeric_limits<double>::quiet_NaN();
 constexpr double largest = std::numeric_limits<double>::max();
@@ -17,7 +14,6 @@ constexpr double smallest = std::numeric_limits<double>::denorm_min();
 
 constexpr const VeltoChar* clip = VELTO_TEXT("news_open");
 constexpr const VeltoChar* empty = VELTO_TEXT("");
-constexpr const VeltoChar* none = nullptr;
 
 // 3,000 units, and what they are on the wire.
 const VeltoChar* long_clip()
