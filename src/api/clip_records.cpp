@@ -18,7 +18,7 @@ ClipRecordTable& clip_records()
 
 VeltoResult update_record(VeltoHandle handle, const ChangeClip& change, const StoreClip& store)
 {
-    const std::optional<ClipRecord> before = clip_records().find(handle);
+    std::optional<ClipRecord> before = clip_records().find(handle);
     if (!before) {
         return result_invalid_handle();
     }
@@ -31,6 +31,7 @@ VeltoResult update_record(VeltoHandle handle, const ChangeClip& change, const St
     if (result != VELTO_RESULT_OK) {
         return result;
     }
+    before.reset(); // a share of the record would make a copy of what is written to
     // The handle can have been closed meanwhile; the server has made the change all the same.
     const bool is_stored =
         clip_records().change(handle, [&](ClipRecord& record) { store(record.get_writable()); });

@@ -22,7 +22,8 @@ void NameListBuilder::pack()
     if (!names) {
         names = NameList::create();
     }
-    const AString text(unpacked);
+    // One name alone would come with the whole text that it is a piece of.
+    const AString text = AString(unpacked).compact_copy(0);
     std::uint64_t start = 0;
     for (const AString& name : unpacked) {
         names->push_back(text.mid(start, name.length()));

@@ -1,4 +1,5 @@
-#include "support/clip_rows.h"
+#include "api/clip_records.h"
+
 #include "support/clip_script.h"
 #include "support/wire_call.h"
 
@@ -299,6 +300,19 @@ TEST_F(Writers, OfOneRecordCanBeUnderWayAtOnce)
     EXPECT_EQ(await(std::move(title)), succeeded);
     EXPECT_EQ(read_text<velto_clip_title>(record), read_to("a"));
     EXPECT_EQ(read_number<velto_clip_loop_in_point>(record), read_to("5"));
+    velto_close_clip_metadata(record);
+}
+
+// However much is in it.
+TEST_F(Writers, DoNotCopyTheRecord)
+{
+    const VeltoRecordHandle record = open(fresh_clip);
+    const auto address = [&] { return &clip_records().find(record)->get(); };
+    const ZAVL3::ClipInfo* before = address();
+    EXPECT_EQ(
+        written([&] { return velto_set_clip_loop_in_point(record, 5); }, {"<LoopIn>5</LoopIn>"}),
+        succeeded);
+    EXPECT_EQ(address(), before);
     velto_close_clip_metadata(record);
 }
 
