@@ -61,8 +61,22 @@ void expect_exported(std::uint32_t (*convert)(E), std::int32_t first, std::int32
     EXPECT_EQ(watch.count(), 0u);
 }
 
+// Its first word has no exported number.
+TEST(Typehelp, TakesAnyOtherPlaybackForTheFirst)
+{
+    AssertWatch watch;
+    EXPECT_EQ(playback_to_wire(0), word<Playback>("field"));
+    EXPECT_EQ(playback_to_wire(1), word<Playback>("f12"));
+    EXPECT_EQ(playback_to_wire(2), word<Playback>("field"));
+    for (const std::uint32_t value : far_out) {
+        EXPECT_EQ(playback_to_wire(value), word<Playback>("field"));
+    }
+    EXPECT_EQ(watch.count(), 0u);
+}
+
 TEST(Typehelp, GivesTheExportedNumbersOfItsTables)
 {
+    expect_exported(playback_from_wire, 1, 2);
     expect_exported(repeat_from_wire, 0, 4);
     expect_exported(rate_from_wire, 0, 4);
     expect_exported(resolution_from_wire, 2, 5);
@@ -79,6 +93,9 @@ TEST(Typehelp, GivesTheExportedNumbersOfWords)
     EXPECT_EQ(standard_from_wire(word<VideoStandard>("1080_60i")), 0u);
     EXPECT_EQ(standard_from_wire(word<VideoStandard>("525_59_94i")), 9u);
     EXPECT_EQ(repeat_from_wire(word<Loop>("auto")), 0u);
+    EXPECT_EQ(playback_from_wire(word<Playback>("auto")), 0u);
+    EXPECT_EQ(playback_from_wire(word<Playback>("field")), 0u);
+    EXPECT_EQ(playback_from_wire(word<Playback>("f12")), 1u);
 }
 
 TEST(Typehelp, FoldsTheNineStatesOfAChannelIntoFive)
