@@ -342,7 +342,7 @@ TEST_F(Lists, GiveNamesOfAnyLength)
 TEST_F(Lists, GiveManyThousandNames)
 {
     std::vector<std::string> names;
-    for (int i = 0; i < 20'000; ++i) {
+    for (std::size_t i = 0; i < 20'000; ++i) {
         names.push_back("clip " + std::to_string(i) + std::string(i % 23, 'x'));
     }
     const VeltoListHandle list = open(names);
