@@ -20,7 +20,7 @@ constexpr std::size_t most_waiting = 256 * 1024;
 constexpr std::size_t most_before_positions = 16 * 1024;
 
 // What a client misses of the news cannot be made up for: one that lets so much wait is dropped.
-constexpr std::size_t most_news = 64 * 1024 * 1024;
+constexpr std::size_t most_news = 16 * 1024 * 1024;
 
 } // namespace
 

@@ -49,6 +49,9 @@ TEST(Scenario, TheBuiltInOneHasWhatTheManualNames)
     for (const char* name : {"evening_news", "sport_desk", "idents", "promos"}) {
         EXPECT_EQ(scenario.clips.playlist(name).name, name);
     }
+    EXPECT_TRUE(scenario.clips.clip("colour_bars")->read_only);
+    EXPECT_EQ(scenario.clips.children(*scenario.clips.clip("sport_goal")->uuid).size(), 2u);
+    EXPECT_TRUE(scenario.clips.has_directory("archive/empty"));
     for (const ChannelLoad& load : scenario.channels) {
         EXPECT_GE(load.channel, 4u) << "the first channels are for the user";
     }
@@ -115,6 +118,32 @@ TEST(Scenario, AllKeysAreRead)
     EXPECT_EQ(list.list_mode, ListPlayMode::pgm_pvw);
     EXPECT_TRUE(list.list_turning);
     EXPECT_EQ(list.speed, -3 * normal_speed / 2);
+}
+
+TEST(Scenario, DiskAndDirectoriesAreRead)
+{
+    const Scenario scenario = parse_scenario(
+        R"({"disk": {"total": 1000, "field_size": 3}, "directories": ["a/b"],
+            "clips": [{"name": "c", "length": 100}]})",
+        "mine.json");
+    EXPECT_EQ(scenario.clips.disk(), (Disk{1000, 3}));
+    EXPECT_EQ(scenario.clips.available(), 700u);
+    EXPECT_EQ(scenario.clips.made_directories(), std::vector<std::string>{"a/b"});
+}
+
+TEST(Scenario, ChannelsThatCannotBeLoadedAreLeftOut)
+{
+    Scenario scenario =
+        parse_scenario(two_clips + "\"channels\": [{\"channel\": \"A\", \"clip\": \"one\"},"
+                                   "{\"channel\": \"B\", \"clip\": \"two\"}]}",
+                       "mine.json");
+    StoreChange change;
+    change.clips.push_back({scenario.clips.clip("one"), nullptr});
+    scenario.clips.apply(change);
+    Station station("studio", *find_standard("1080_50i"), scenario.clips);
+    load_possible_channels(station, scenario.channels, TimePoint{});
+    EXPECT_EQ(station.channels[0].view(TimePoint{}).clip, "");
+    EXPECT_EQ(station.channels[1].view(TimePoint{}).clip, "two");
 }
 
 TEST(Scenario, MayHoldNothing)
@@ -191,6 +220,23 @@ TEST(Scenario, ErrorsTellFileLineAndReason)
         {two_clips + "\"playlists\": [{\"name\": \"l\", \"elements\": [{\"clip\": \"one\"}]},\n"
                      "{\"name\": \"l\", \"elements\": [{\"clip\": \"one\"}]}]}",
          "5: the playlist 'l' is given twice"},
+        {"{\"directories\": [\"a\",\n\"a/\"]}",
+         "2: 'a/' cannot be the name of a directory; 1 to 255 bytes of UTF-8 are allowed, without "
+         "control characters, and none of the parts between slashes is empty"},
+        {"{\"clips\": [\n{\"name\": \"/a\", \"length\": 1}]}",
+         "2: '/a' cannot be the name of a clip; 1 to 255 bytes of UTF-8 are allowed, without "
+         "control characters, and none of the parts between slashes is empty"},
+        {"{\"disk\": {\"total\": 1,\n\"field_size\": 0}}",
+         "2: 'field_size' holds '0'; allowed is a whole number from 1 to 4294967295"},
+        {"{\"clips\": [\n{\"name\": \"a\", \"length\": 1, \"title\": \"" + std::string(40000, 'x') +
+             "\"}]}",
+         "2: the record of clip 'a' would take 40564 bytes; a message holds 30720"},
+        {two_clips + "\"vclips\": [\n{\"name\": \"v\", \"length\": 10, \"tracks\": [{\"type\": "
+                     "\"video\", \"segments\": [{\"clip\": \"none\", \"length\": 1}]}]}]}",
+         "5: there is no clip 'none'; there are: 'one', 'two'"},
+        {two_clips + "\"vclips\": [\n{\"name\": \"v\", \"length\": 10, \"tracks\": [{\"type\": "
+                     "\"video\"}, {\"type\": \"video\"}]}]}",
+         "5: virtual clip 'v' has two video tracks"},
         {two_clips + "\"channels\": [{\"clip\": \"one\"}]}", "4: a channel has no 'channel'"},
         {two_clips + "\"channels\": [{\"channel\": \"M\", \"clip\": \"one\"}]}",
          "4: 'channel' holds '\"M\"'; allowed is A, B, C, D, E, F, G, H, I, J, K or L"},

@@ -340,6 +340,88 @@ TEST_F(ServerTest, EachClientGetsTheReportsThatItRegistered)
     EXPECT_EQ(next_report(first), status_report("stop", "news_open"));
 }
 
+TEST_F(ServerTest, ChangesOfTheStoreAreToldToWhoeverWantsThem)
+{
+    Listener writer{connect(), {}};
+    Listener clips{connect(), {}};
+    Listener directories{connect(), {}};
+    const auto registering_for = [](const std::string& type) {
+        return "<report_register><ReportType>" + type + "</ReportType></report_register>";
+    };
+    EXPECT_EQ(ask(writer, command(1, registering_for("clip_change"))), ok(1));
+    EXPECT_EQ(ask(clips, command(1, registering_for("clip_change"))), ok(1));
+    EXPECT_EQ(ask(directories, command(1, registering_for("directory_change"))), ok(1));
+
+    const auto told = [](const std::string& kind, const std::string& tag, const std::string& id) {
+        return "<report><" + kind + "><" + tag + ">" + id + "</" + tag + "></" + kind +
+               "></report>";
+    };
+    // The reply comes first, and each report before the reply to the next command.
+    const std::string commands =
+        command(2, "<create_clip><ClipID>d/x</ClipID><TrackSet><TrackType>video</TrackType>"
+                   "</TrackSet></create_clip>") +
+        command(3, "<create_clip><ClipID>d/x</ClipID><TrackSet /></create_clip>") +
+        command(4, "<modify_clip_attributes><ClipID>d/x</ClipID><ClipAttrChange><Title>t</Title>"
+                   "</ClipAttrChange></modify_clip_attributes>") +
+        command(5, "<delete_clip><ClipID>d/x</ClipID></delete_clip>");
+    asio::write(writer.socket, asio::buffer(commands));
+    EXPECT_EQ(next_report(writer), ok(2) + told("clip_created", "ClipID", "d/x"));
+    EXPECT_EQ(next(writer, "</reply>"),
+              "<reply><xid>3</xid><error><ErrorMessage>studio: create_clip: there is a clip 'd/x' "
+              "already</ErrorMessage><ErrorCode>general</ErrorCode></error></reply>");
+    EXPECT_EQ(next_report(writer), ok(4) + told("clip_changed", "ClipID", "d/x"));
+    EXPECT_EQ(next_report(writer), ok(5) + told("clip_deleted", "ClipID", "d/x"));
+    EXPECT_EQ(next_report(clips), told("clip_created", "ClipID", "d/x"));
+    EXPECT_EQ(next_report(clips), told("clip_changed", "ClipID", "d/x"));
+    EXPECT_EQ(next_report(clips), told("clip_deleted", "ClipID", "d/x"));
+    EXPECT_EQ(next_report(directories), told("directory_created", "DirectoryName", "d"));
+    EXPECT_EQ(next_report(directories), told("directory_deleted", "DirectoryName", "d"));
+    EXPECT_EQ(ask(directories, command(2, stop_a)), ok(2)) << "it gets nothing else";
+}
+
+TEST_F(ServerTest, NamesStreamBeforeTheirOk)
+{
+    tcp::socket client = connect();
+    asio::write(client, asio::buffer(command(1, "<download_listids />")));
+    const auto listid = [](const std::string& name) {
+        return "<reply><xid>1</xid><listid><ListID>" + name + "</ListID></listid></reply>";
+    };
+    EXPECT_EQ(receive(client, ok(1)), listid("evening_news") + listid("idents") + listid("promos") +
+                                          listid("sport_desk") + ok(1));
+}
+
+TEST_F(ServerTest, AClientThatDoesNotReadItsNewsIsDropped)
+{
+    Listener silent{connect(), {}};
+    Listener other{connect(), {}};
+    EXPECT_EQ(ask(silent, command(1, "<report_register><ReportType>clip_change</ReportType>"
+                                     "</report_register>")),
+              ok(1));
+    // Each report is some 300 bytes, and all together more than is kept and the system buffers.
+    const std::string clip(250, 'n');
+    EXPECT_EQ(ask(other, command(1, "<create_clip><ClipID>" + clip +
+                                        "</ClipID><TrackSet><TrackType>video</TrackType>"
+                                        "</TrackSet></create_clip>")),
+              ok(1));
+    constexpr int changes = 120000;
+    constexpr int changes_a_block = 1000;
+    for (int xid = 1; xid < changes; xid += changes_a_block) {
+        std::string block;
+        for (int i = 0; i < changes_a_block; ++i) {
+            block += command(xid + i, "<modify_clip_attributes><ClipID>" + clip +
+                                          "</ClipID><ClipAttrChange><Title /></ClipAttrChange>"
+                                          "</modify_clip_attributes>");
+        }
+        asio::write(other.socket, asio::buffer(block));
+        EXPECT_EQ(next(other, ok(xid + changes_a_block - 1)).substr(0, ok(xid).size()), ok(xid));
+    }
+    std::string last;
+    while (last != "(closed)") {
+        last = next_report(silent);
+        ASSERT_TRUE(last == "(closed)" || last.ends_with("</report>")) << last;
+    }
+}
+
 TEST_F(ServerTest, PositionsGoOnComingWhileAChannelMoves)
 {
     Listener client{connect(), {}};
