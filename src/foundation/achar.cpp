@@ -43,20 +43,6 @@ void set_optional(std::uint64_t* out, std::uint64_t value)
 
 } // namespace
 
-int digit_value(AChar c, int default_value)
-{
-    return is_digit(c) ? static_cast<int>(c - L1('0')) : default_value;
-}
-
-int alnum_value(AChar c, int default_value)
-{
-    const AChar lower = to_lower(c);
-    if (lower >= L1('a') && lower <= L1('z')) {
-        return static_cast<int>(lower - L1('a')) + 10;
-    }
-    return digit_value(c, default_value);
-}
-
 unsigned char to_latin1(AChar c, unsigned char default_value)
 {
     return c < 256 ? static_cast<unsigned char>(c) : default_value;

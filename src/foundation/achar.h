@@ -23,16 +23,26 @@ constexpr bool is_space(AChar c)
     return c == L1(' ') || (c >= L1('\t') && c <= L1('\r')) || c == 0 || c >= 256;
 }
 
-int digit_value(AChar c, int default_value);
-// 0 to 35; letters beyond F are not refused.
-int alnum_value(AChar c, int default_value);
-unsigned char to_latin1(AChar c, unsigned char default_value);
-
 // ASCII only; the one case folding of the library.
 constexpr AChar to_lower(AChar c)
 {
     return c >= L1('A') && c <= L1('Z') ? c + 32 : c;
 }
+
+constexpr int digit_value(AChar c, int default_value)
+{
+    return is_digit(c) ? static_cast<int>(c - L1('0')) : default_value;
+}
+
+// 0 to 35; letters beyond F are not refused.
+constexpr int alnum_value(AChar c, int default_value)
+{
+    const AChar lower = to_lower(c);
+    return lower >= L1('a') && lower <= L1('z') ? static_cast<int>(lower - L1('a')) + 10
+                                                : digit_value(c, default_value);
+}
+
+unsigned char to_latin1(AChar c, unsigned char default_value);
 
 // One-character codecs. True on success; the out counts are 0 after a failure. Pointers marked
 // "optional" may be null.

@@ -47,6 +47,28 @@ bool take_sign(AString& text)
     return first == L1('-');
 }
 
+// At least one digit, and nothing else up to the end.
+template <typename ValueOf>
+bool parse_digits(AStringRuns& run, ValueOf value_of, std::uint64_t& total)
+{
+    if (run.at_end()) {
+        return false;
+    }
+    for (; !run.at_end(); run.next_run()) {
+        for (std::uint64_t i = 0; i < run.count; ++i) {
+            const int digit = value_of(run.data[i], -1);
+            // Times 10 in base 16 too: 0x10 is 10. Servers and clients agree on it, so it stays.
+            // An overflow that wraps to a larger total passes, and is meant to.
+            const std::uint64_t next = total * 10 + static_cast<std::uint64_t>(digit);
+            if (digit < 0 || next < total) {
+                return false;
+            }
+            total = next;
+        }
+    }
+    return true;
+}
+
 template <typename Narrow, typename Wide>
 bool narrow(bool parsed, Wide wide, Narrow* value)
 {
@@ -148,37 +170,30 @@ private:
 
 bool to_u64(const AString& text, std::uint64_t* value)
 {
-    const AString digits = text.trim();
-    AStringRuns run(digits);
-    const auto value_of = take_hex_prefix(run) ? alnum_value : digit_value;
-    if (run.at_end()) {
-        return false;
-    }
+    const ATrimmed digits(text);
+    AStringRuns run(*digits);
     std::uint64_t total = 0;
-    for (; !run.at_end(); run.next_run()) {
-        for (std::uint64_t i = 0; i < run.count; ++i) {
-            const int digit = value_of(run.data[i], -1);
-            // Times 10 in base 16 too: 0x10 is 10. Servers and clients agree on it, so it stays.
-            // An overflow that wraps to a larger total passes, and is meant to.
-            const std::uint64_t next = total * 10 + static_cast<std::uint64_t>(digit);
-            if (digit < 0 || next < total) {
-                return false;
-            }
-            total = next;
-        }
-    }
-    if (value != nullptr) {
+    const bool good = take_hex_prefix(run) ? parse_digits(run, alnum_value, total)
+                                           : parse_digits(run, digit_value, total);
+    if (good && value != nullptr) {
         *value = total;
     }
-    return true;
+    return good;
 }
 
 bool to_i64(const AString& text, std::int64_t* value)
 {
-    AString digits = text.trim();
-    const bool negative = take_sign(digits);
+    const ATrimmed trimmed(text);
+    AString unsigned_part;
+    const AChar sign = trimmed->getchar(0, 0);
+    const bool negative = sign == L1('-');
+    const AString* digits = &*trimmed;
+    if (negative || sign == L1('+')) {
+        unsigned_part = trimmed->drop_left(1);
+        digits = &unsigned_part;
+    }
     std::uint64_t magnitude = 0;
-    if (!to_u64(digits, &magnitude)) {
+    if (!to_u64(*digits, &magnitude)) {
         return false;
     }
     const std::uint64_t largest = std::numeric_limits<std::int64_t>::max();

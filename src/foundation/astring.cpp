@@ -93,10 +93,14 @@ AChar AString::last(AChar default_value) const
 
 AString AString::mid(std::uint64_t pos, std::uint64_t count) const
 {
-    AString result;
     count = std::min(count, pos > len ? 0 : len - pos);
-    if (count != 0) {
-        result.bind_view(storage, start_offset + pos, count);
+    if (count == 0) {
+        return AString();
+    }
+    AString result(*this);
+    if (result.storage) {
+        result.start_offset += pos;
+        result.len = count == rest ? storage->total_len - result.start_offset : count;
     }
     return result;
 }
@@ -164,6 +168,11 @@ AString AString::trim() const
     return trim_left().trim_right();
 }
 
+bool AString::is_trimmed() const
+{
+    return is_empty() || !(is_space(getchar(0, 0)) || is_space(getchar(len - 1, 0)));
+}
+
 static void set_optional(bool* found, bool value)
 {
     if (found != nullptr) {
@@ -223,9 +232,7 @@ int AString::compare(std::uint64_t pos, const AString& other, std::uint64_t othe
                      std::uint64_t count, ACompare mode) const
 {
     // Wanted without regard to the positions: the same view is equal to itself.
-    const bool same_view = storage.get() == other.storage.get() &&
-                           start_offset == other.start_offset && len == other.len;
-    if (same_view || count == 0) {
+    if (is_same_view(other) || count == 0) {
         return 0;
     }
     if (count == rest) {
@@ -259,13 +266,14 @@ bool AString::ends_with(const AString& suffix, ACompare mode) const
     return suffix.compare(0, right(suffix.len), 0, rest, mode) == 0;
 }
 
-bool operator==(const AString& a, const AString& b)
+bool AString::has_same_characters(const AString& other) const
 {
-    if (a.len != b.len) {
-        return false;
+    const AStringRuns left(*this);
+    const AStringRuns right(other);
+    if (left.count == len && right.count == len) {
+        return std::memcmp(left.data, right.data, len * sizeof(AChar)) == 0;
     }
-    const bool same_view = a.storage.get() == b.storage.get() && a.start_offset == b.start_offset;
-    return same_view || a.compare(0, b, 0, AString::rest, ACompare::exact) == 0;
+    return compare(0, other, 0, rest, ACompare::exact) == 0;
 }
 
 bool operator<(const AString& a, const AString& b)

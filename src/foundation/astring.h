@@ -154,6 +154,8 @@ public:
     AString trim_left() const;
     AString trim_right() const;
     AString trim() const;
+    // Whether `trim ()` would leave it as it is.
+    bool is_trimmed() const;
     AString strip_prefix(const AString& prefix, bool* found = nullptr,
                          ACompare mode = ACompare::exact) const;
     AString strip_suffix(const AString& suffix, bool* found = nullptr,
@@ -166,7 +168,10 @@ public:
                 std::uint64_t count, ACompare mode) const;
     bool starts_with(const AString& prefix, ACompare mode = ACompare::exact) const;
     bool ends_with(const AString& suffix, ACompare mode = ACompare::exact) const;
-    friend bool operator==(const AString& a, const AString& b);
+    friend bool operator==(const AString& a, const AString& b)
+    {
+        return a.len == b.len && (a.is_same_view(b) || a.has_same_characters(b));
+    }
     friend bool operator<(const AString& a, const AString& b);
 
     std::int64_t find(AChar c, std::uint64_t from = 0) const;
@@ -217,12 +222,43 @@ private:
     // beyond the end of the storage.
     void bind_view(ARef<AStringStorage> text, std::uint64_t offset, std::uint64_t count);
 
+    bool is_same_view(const AString& other) const
+    {
+        return storage.get() == other.storage.get() && start_offset == other.start_offset &&
+               len == other.len;
+    }
+    bool has_same_characters(const AString& other) const;
+
     // The view for a reference copied from `other`; an empty one where the reference was refused.
     void take_view(const AString& other)
     {
         start_offset = storage ? other.start_offset : 0;
         len = storage ? other.len : 0;
     }
+};
+
+// The text without the white space at both ends, for reading it: hardly any has some, and the
+// others are not copied. The text must live for as long.
+class ATrimmed
+{
+public:
+    explicit ATrimmed(const AString& text) : chosen(&text)
+    {
+        if (!text.is_trimmed()) {
+            trimmed = text.trim();
+            chosen = &trimmed;
+        }
+    }
+
+    ATrimmed(const ATrimmed&) = delete;
+    ATrimmed& operator=(const ATrimmed&) = delete;
+
+    const AString& operator*() const { return *chosen; }
+    const AString* operator->() const { return chosen; }
+
+private:
+    AString trimmed;
+    const AString* chosen;
 };
 
 // The one writer of text. Appending is false, and reported, when memory is exhausted or the text is

@@ -1,31 +1,12 @@
 #include "foundation/aassert.h"
 #include "foundation/astring.h"
 #include "foundation/astring_runs.h"
+#include "foundation/utf8_text.h"
 
 #include <algorithm>
-#include <cstring>
 
 namespace
 {
-
-constexpr std::uint64_t every_byte = 0x0101010101010101u;
-
-// The bytes from 1 to 127 that the text starts with.
-std::uint64_t ascii_run(const unsigned char* bytes, std::uint64_t count)
-{
-    std::uint64_t run = 0;
-    for (std::uint64_t word = 0; count - run >= sizeof word; run += sizeof word) {
-        std::memcpy(&word, bytes + run, sizeof word);
-        // A zero byte borrows its top bit, so that one mask finds both ends of the range.
-        if ((((word - every_byte) | word) & (every_byte * 0x80)) != 0) {
-            break;
-        }
-    }
-    while (run < count && bytes[run] >= 1 && bytes[run] <= 127) {
-        ++run;
-    }
-    return run;
-}
 
 // Hands `take (pointer, count)` the UTF-8 form of a run, in blocks of at most 128 bytes.
 template <typename Take>
@@ -59,23 +40,12 @@ AString AString::from_utf8(const void* bytes, std::uint64_t count)
         return AString();
     }
     AStringBuilder builder;
-    const auto* at = static_cast<const unsigned char*>(bytes);
-    const unsigned char* const end = at + count;
-    while (at != end) {
-        const std::uint64_t run = ascii_run(at, static_cast<std::uint64_t>(end - at));
-        builder.append(reinterpret_cast<const char*>(at), run);
-        at += run;
-        if (at == end) {
-            break;
-        }
-        AChar c = 0;
-        std::uint64_t consumed = 0;
-        if (!utf8_decode(at, static_cast<std::uint64_t>(end - at), &c, consumed)) {
-            break;
-        }
-        builder.append(c);
-        at += consumed;
-    }
+    decode_utf8(
+        static_cast<const unsigned char*>(bytes), count,
+        [&builder](const unsigned char* run, std::uint64_t length) {
+            builder.append(reinterpret_cast<const char*>(run), length);
+        },
+        [&builder](AChar c) { builder.append(c); });
     return builder.finish();
 }
 

@@ -2,10 +2,9 @@
 #include "foundation/astring.h"
 #include "foundation/astring_runs.h"
 #include "foundation/astring_segments.h"
+#include "foundation/utf8_text.h"
 
 #include <algorithm>
-#include <array>
-#include <cstring>
 
 AStringStorage::~AStringStorage()
 {
@@ -53,24 +52,6 @@ bool AStringPos::step_back(const AStringStorage* storage)
 
 AStringBuilder::AStringBuilder() : storage(ARef<AStringStorage>::create()) {}
 
-static void widen(const char* bytes, std::uint64_t count, AChar* room)
-{
-    // Blocks of a fixed size, and a copy that `room` cannot alias: compilers make vector code of
-    // it.
-    std::array<unsigned char, 16> block;
-    for (; count >= block.size(); count -= block.size()) {
-        std::memcpy(block.data(), bytes, block.size());
-        for (std::size_t i = 0; i < block.size(); ++i) {
-            room[i] = L1(block[i]);
-        }
-        bytes += block.size();
-        room += block.size();
-    }
-    for (std::uint64_t i = 0; i < count; ++i) {
-        room[i] = L1(static_cast<unsigned char>(bytes[i]));
-    }
-}
-
 // `fill (room, count)` writes the next `count` characters to `room`.
 template <typename Fill>
 bool AStringBuilder::append_blocks(std::uint64_t count, Fill fill)
@@ -114,7 +95,7 @@ bool AStringBuilder::append(const AChar* characters, std::uint64_t count)
 bool AStringBuilder::append(const char* bytes, std::uint64_t count)
 {
     return append_blocks(count, [&bytes](AChar* room, std::uint64_t block) {
-        widen(bytes, block, room);
+        widen(reinterpret_cast<const unsigned char*>(bytes), block, room);
         bytes += block;
     });
 }

@@ -1,18 +1,5 @@
 #include "foundation/enumstring.h"
 
-#include "foundation/astring_runs.h"
-
-std::size_t AStringHash::operator()(const AString& text) const
-{
-    std::uint64_t hash = 0xCBF29CE484222325u; // FNV-1a, a code point at a time
-    for (AStringRuns runs(text); !runs.at_end(); runs.next_run()) {
-        for (std::uint64_t i = 0; i < runs.count; ++i) {
-            hash = (hash ^ runs.data[i]) * 0x100000001B3u;
-        }
-    }
-    return hash;
-}
-
 EnumString::EnumString(std::span<const Row> rows, std::int32_t unknown_value,
                        const AString& unknown_text)
     : invalid_value(unknown_value), invalid_text(unknown_text)
@@ -26,7 +13,7 @@ EnumString::EnumString(std::span<const Row> rows, std::int32_t unknown_value,
         }
         const AString text(row.text);
         by_value.emplace(row.value, text);
-        by_text.emplace(text, row.value);
+        by_text.add(text, row.value);
     }
 }
 
@@ -45,10 +32,10 @@ std::int32_t EnumString::from_string(const AString& text) const
 
 bool EnumString::from_string(const AString& text, std::int32_t* value) const
 {
-    const auto found = by_text.find(text);
-    if (found == by_text.end()) {
+    const AStringTable::Entry* found = by_text.find(text);
+    if (found == nullptr) {
         return false;
     }
-    *value = found->second;
+    *value = found->value;
     return true;
 }

@@ -1,14 +1,9 @@
 #pragma once
 
-#include "foundation/astring.h"
+#include "foundation/astring_table.h"
 
 #include <map>
 #include <span>
-#include <unordered_map>
-
-struct AStringHash {
-    std::size_t operator()(const AString& text) const;
-};
 
 // A two-way table between numbers and words, made once and read-only afterwards. Matching is exact.
 class EnumString
@@ -32,5 +27,5 @@ public:
 
 private:
     std::map<std::int32_t, AString> by_value;
-    std::unordered_map<AString, std::int32_t, AStringHash> by_text;
+    AStringTable by_text;
 };

@@ -1,7 +1,6 @@
 #include "protocol/zavl3_tag.h"
 
-#include <string>
-#include <unordered_map>
+#include "foundation/astring_table.h"
 
 namespace ZAVL3
 {
@@ -9,40 +8,24 @@ namespace ZAVL3
 namespace
 {
 
-using KnownNames = std::unordered_map<std::string_view, AString>;
-
 // Filled by the constructors of the constants, while the library is loaded by one thread.
-KnownNames& known_names()
+AStringTable& known_names()
 {
-    static NoDestructor<KnownNames> names;
+    static NoDestructor<AStringTable> names;
     return *names;
 }
-
-constexpr std::size_t longest_name = 64;
 
 } // namespace
 
 Tag::Tag(const char* text) : name(text)
 {
-    known_names().emplace(text, name);
+    known_names().add(name, 0);
 }
 
 void find_known_name(const AChar* characters, std::uint64_t count, AString* name)
 {
-    if (count > longest_name) {
-        return;
-    }
-    char text[longest_name];
-    for (std::uint64_t i = 0; i < count; ++i) {
-        if (characters[i] > 0x7F) {
-            return;
-        }
-        text[i] = static_cast<char>(characters[i]);
-    }
-    const KnownNames& names = known_names();
-    const auto found = names.find(std::string_view(text, count));
-    if (found != names.end()) {
-        *name = found->second;
+    if (const AStringTable::Entry* found = known_names().find(characters, count)) {
+        *name = found->text;
     }
 }
 

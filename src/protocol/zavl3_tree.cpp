@@ -105,18 +105,18 @@ bool Bool::read(const XMLTree& tree, const AString& name, bool& value, AString* 
     if (element == nullptr) {
         return false;
     }
-    const AString text = get_trimmed_text(*element);
+    const ATrimmed text(element->get_text());
     Boolean known{};
-    if (from_wire(text, &known)) {
+    if (from_wire(*text, &known)) {
         value = known == word<Boolean>("true");
         return true;
     }
     std::int32_t number = 0;
-    if (to_i32(text, &number)) {
+    if (to_i32(*text, &number)) {
         value = number != 0;
         return true;
     }
-    return invalid_typed_value(*element, AString("boolean"), text, error);
+    return invalid_typed_value(*element, AString("boolean"), *text, error);
 }
 
 XMLTree Bool::write(const AString& name, bool value)

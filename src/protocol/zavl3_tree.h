@@ -60,8 +60,9 @@ struct Number {
         if (element == nullptr) {
             return false;
         }
-        const AString text = get_trimmed_text(*element);
-        return Parse(text, &value) || invalid_value(*element, text, error);
+        // Parsing leaves white space around the number out.
+        return Parse(element->get_text(), &value) ||
+               invalid_value(*element, get_trimmed_text(*element), error);
     }
 
     static XMLTree write(const AString& name, T value) { return write_text(name, Format(value)); }
@@ -101,7 +102,8 @@ struct Word {
         if (element == nullptr) {
             return false;
         }
-        return from_wire(get_trimmed_text(*element), &value) || invalid_value(tree, name, error);
+        return from_wire(*ATrimmed(element->get_text()), &value) ||
+               invalid_value(tree, name, error);
     }
 
     static XMLTree write(const AString& name, E value) { return write_text(name, to_wire(value)); }

@@ -1,0 +1,30 @@
+#pragma once
+
+#include "foundation/astring.h"
+
+#include <vector>
+
+// Words with a number each, found by their characters: an open hash table that is never more than
+// half full. Filled by one thread, read-only afterwards.
+class AStringTable
+{
+public:
+    struct Entry {
+        AString text; // empty in a free slot
+        std::int32_t value = 0;
+        std::vector<AChar> characters; // of the text, side by side
+    };
+
+    // `text` is not empty. Of the same texts the first stays.
+    void add(const AString& text, std::int32_t value);
+    // Null when there is none.
+    const Entry* find(const AChar* characters, std::uint64_t count) const;
+    const Entry* find(const AString& text) const;
+
+private:
+    void place(Entry entry);
+    void grow();
+
+    std::vector<Entry> slots; // none, or a power of two of them
+    std::size_t used = 0;
+};
