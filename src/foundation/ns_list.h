@@ -1,22 +1,28 @@
 #pragma once
 
 #include "foundation/aassert.h"
+#include "foundation/block_pool.h"
 
+#include <atomic>
 #include <cstddef>
 #include <cstdint>
 #include <iterator>
 #include <memory>
 #include <utility>
 
-// Taking one more reference orders this thread behind those that let go of theirs, so that what
-// they read can be written.
+// Whether all of the `uses` of an object are known to the caller. If so, what other owners did with
+// it before they let go has happened before, and it can be written.
 template <typename T>
-bool is_sole_reference(const std::shared_ptr<T>& reference)
+bool has_no_other_uses(const std::shared_ptr<T>& reference, long uses)
 {
-    if (reference.use_count() != 1) {
+    if (reference.use_count() != uses) {
         return false;
     }
-    const std::shared_ptr<T> another = reference;
+#ifdef VELTO_SANITIZED
+    const std::shared_ptr<T> another = reference; // the thread sanitizer does not know fences
+#else
+    std::atomic_thread_fence(std::memory_order_acquire);
+#endif
     return true;
 }
 
@@ -44,7 +50,7 @@ public:
         {
             for (const EntryStruct* entry = other.head.get(); entry != nullptr;
                  entry = entry->next.get()) {
-                link(std::make_shared<EntryStruct>(entry->value));
+                link(make_pooled<EntryStruct>(entry->value));
             }
         }
         Body& operator=(const Body&) = delete;
@@ -75,6 +81,10 @@ public:
             --count;
             return entry;
         }
+
+        // Whether nobody but this list holds one of its entries: one neighbour, or end, on each
+        // side does.
+        bool is_sole_holder(const Entry& entry) const { return has_no_other_uses(entry, 2); }
 
         // Takes the entries of `other` to the end of this list.
         void splice_back(Body& other)
@@ -136,13 +146,13 @@ public:
     };
 
     nonstd_list() = default;
-    explicit nonstd_list(const Body& other) : body(std::make_shared<Body>(other)) {}
+    explicit nonstd_list(const Body& other) : body(make_pooled<Body>(other)) {}
 
     // Never unshares; makes the empty body of a list that was never touched.
     const Body& get_readable() const
     {
         if (!body) {
-            body = std::make_shared<Body>();
+            body = make_pooled<Body>();
         }
         return *body;
     }
@@ -150,17 +160,14 @@ public:
     Body& get_writable()
     {
         if (!body) {
-            body = std::make_shared<Body>();
+            body = make_pooled<Body>();
         } else if (body.use_count() != 1) {
-            body = std::make_shared<Body>(*body);
+            body = make_pooled<Body>(*body);
         }
         return *body;
     }
 
-    void push_back(T value)
-    {
-        get_writable().link(std::make_shared<EntryStruct>(std::move(value)));
-    }
+    void push_back(T value) { get_writable().link(make_pooled<EntryStruct>(std::move(value))); }
 
     Entry pop_front() { return get_writable().unlink_head(); }
 
@@ -191,12 +198,12 @@ public:
         if (body && is_sole_owner()) {
             body->clear();
         } else {
-            body = std::make_shared<Body>();
+            body = make_pooled<Body>();
         }
     }
 
     // For code that takes large structures apart without copying them.
-    bool is_sole_owner() const { return is_sole_reference(body); }
+    bool is_sole_owner() const { return has_no_other_uses(body, 1); }
     void release() { body.reset(); }
 
 private:

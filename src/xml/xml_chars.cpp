@@ -1,13 +1,7 @@
 #include "xml/xml_chars.h"
 
 #include "foundation/astring_runs.h"
-
-#include <algorithm>
-
-bool is_blank(XMLChars text)
-{
-    return std::all_of(text.begin(), text.end(), [](AChar c) { return is_space(c); });
-}
+#include "foundation/utf8_text.h"
 
 XMLChars trim_left(XMLChars text)
 {
@@ -25,11 +19,6 @@ XMLChars trim_right(XMLChars text)
     return text;
 }
 
-bool same_chars(XMLChars a, XMLChars b)
-{
-    return std::equal(a.begin(), a.end(), b.begin(), b.end());
-}
-
 XMLFlatText::XMLFlatText(const AString& string) : text(string)
 {
     AStringRuns run(text);
@@ -37,11 +26,28 @@ XMLFlatText::XMLFlatText(const AString& string) : text(string)
         chars = XMLChars(run.data, run.count);
         return;
     }
-    copied.reserve(text.length());
+    own.reserve(text.length());
     for (; !run.at_end(); run.next_run()) {
-        copied.insert(copied.end(), run.data, run.data + run.count);
+        own.insert(own.end(), run.data, run.data + run.count);
     }
-    chars = copied;
+    chars = own;
+}
+
+void XMLFlatText::decode(const unsigned char* bytes, std::uint64_t count)
+{
+    text = AString();
+    if (own.size() < count) {
+        own.resize(count); // no character is more than one byte
+    }
+    AChar* room = own.data();
+    decode_utf8(
+        bytes, count,
+        [&room](const unsigned char* run, std::uint64_t length) {
+            widen(run, length, room);
+            room += length;
+        },
+        [&room](AChar c) { *room++ = c; });
+    chars = XMLChars(own.data(), room);
 }
 
 AString XMLFlatText::keep(XMLChars stretch, std::uint64_t slack) const
@@ -49,7 +55,7 @@ AString XMLFlatText::keep(XMLChars stretch, std::uint64_t slack) const
     if (stretch.empty()) {
         return AString();
     }
-    if (text.storage->total_len - stretch.size() <= slack) {
+    if (can_share(stretch, slack)) {
         return text.mid(static_cast<std::uint64_t>(stretch.data() - chars.data()), stretch.size());
     }
     return AString::from_chars(stretch.data(), stretch.size());

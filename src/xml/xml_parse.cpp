@@ -7,6 +7,7 @@ namespace
 {
 
 constexpr std::uint64_t default_size = 1024;
+constexpr std::uint64_t first_look = 64;
 
 } // namespace
 
@@ -50,28 +51,43 @@ XMLTree XMLParser::next_element()
     }
     const std::uint64_t start = root->open.get_start();
     const std::uint64_t end = root->close.get_end();
-    const AString text = AString::from_utf8(held() + start, end - start);
-    XMLTree tree = XMLTreeBuilder::parse(text, &failed, known_names);
+    text.decode(held() + start, end - start);
+    XMLTree tree = builder.parse(text, &failed);
     if (!failed) {
         drop_front(end);
     }
     return tree;
 }
 
-// The one whose open tag stands first.
+// The one whose open tag stands first. Looks at a little more at a time, so that one name is not
+// looked for in all that is held while another stands right in front.
 XMLParser::RootTag* XMLParser::find_first_root()
 {
     RootTag* first = nullptr;
-    std::uint64_t limit = buflen;
+    for (std::uint64_t limit = first_look; first == nullptr; limit *= 2) {
+        first = find_first_root_before(std::min(limit, buflen));
+        if (limit >= buflen) {
+            break;
+        }
+    }
+    return first;
+}
+
+XMLParser::RootTag* XMLParser::find_first_root_before(std::uint64_t limit)
+{
+    RootTag* first = nullptr;
     for (RootTag& root : root_tags) {
         const bool was_found = root.open.is_found();
-        if (!root.open.find(root.name, held(), buflen, limit) || root.open.get_start() >= limit) {
+        if (!root.open.find(root.name, held(), buflen, limit)) {
             continue;
         }
-        limit = root.open.get_start();
-        first = &root;
+        const std::uint64_t start = root.open.get_start();
         if (!was_found) {
-            root.close.restart(limit);
+            root.close.restart(start);
+        }
+        if (start < limit) {
+            limit = start;
+            first = &root;
         }
     }
     return first;

@@ -3,6 +3,7 @@
 #include "foundation/afunction.h"
 #include "xml/xml_parse_search.h"
 #include "xml/xml_parse_tag.h"
+#include "xml/xml_text_pack.h"
 #include "xml/xml_tree.h"
 
 #include <string>
@@ -15,41 +16,41 @@ using XMLNameSource = AFunction<const AChar*, std::uint64_t, AString*>;
 // An element between its open and its close tag.
 struct XMLOpenElement {
     XMLChars name;
-    XMLTreeList children;
     // As it was received. Text in several pieces stands around children and must be blank, so no
     // more than the first piece is ever wanted.
     XMLChars text;
-    bool text_is_blank = true; // of all pieces
-    XMLAttributes attributes;
+    bool text_is_blank = true;  // of all pieces
+    XMLTreeList::Entry element; // in the making; it has its children and attributes
 };
 
-// Parses the text of one element.
+// Parses the text of one element. Its room is used again for the next one.
 class XMLTreeBuilder
 {
 public:
+    explicit XMLTreeBuilder(const XMLNameSource& name_source = {});
+
     // The null tree when the text is refused; `refused`, if given, tells.
     static XMLTree parse(const AString& text, bool* refused = nullptr,
                          const XMLNameSource& known_names = {});
+    XMLTree parse(const XMLFlatText& flat_text, bool* refused);
 
 private:
-    XMLTreeBuilder(const AString& string, const XMLNameSource& name_source);
-
     void step();
-    void end_text();
-    void add_text(XMLChars piece);
+    void add_text(XMLChars piece, bool is_space);
     void open_element(const XMLTag& tag);
     void close_element(const XMLTag& tag);
-    AString name_string(XMLChars name) const;
-    AString text_string(XMLChars content) const;
+    void set_name(XMLTree& tree, XMLChars name) const;
+    void set_text(XMLTree& tree, XMLChars content);
 
-    XMLFlatText source;
     XMLNameSource known_names;
+    const XMLFlatText* source = nullptr;
     XMLChars text;
     std::size_t pos = 0;
     bool error = false;
     bool done = false;
     XMLTree result;
     std::vector<XMLOpenElement> stack; // innermost last
+    XMLTextPack short_texts;
 };
 
 // Finds complete elements in a stream of bytes that has no other framing, looking only for the open
@@ -62,7 +63,7 @@ public:
     explicit XMLParser(std::uint64_t size);
 
     void add_root_tag(const std::string& tag);
-    void use_known_names(const XMLNameSource& source) { known_names = source; }
+    void use_known_names(const XMLNameSource& source) { builder = XMLTreeBuilder(source); }
     // The bytes taken: fewer than offered when the buffer is full, all of them when the stream has
     // failed, for then they are swallowed.
     std::uint64_t feed(const void* bytes, std::uint64_t count);
@@ -81,6 +82,7 @@ private:
 
     const unsigned char* held() const { return buf.data() + consumed; }
     RootTag* find_first_root();
+    RootTag* find_first_root_before(std::uint64_t limit);
     void drop_front(std::uint64_t count);
 
     std::vector<unsigned char> buf;
@@ -89,5 +91,6 @@ private:
     std::uint64_t bufsize;
     bool failed = false;
     std::vector<RootTag> root_tags;
-    XMLNameSource known_names;
+    XMLFlatText text; // of the element that is parsed
+    XMLTreeBuilder builder;
 };

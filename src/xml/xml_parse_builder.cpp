@@ -8,35 +8,52 @@ constexpr std::uint64_t text_slack = 32;
 
 } // namespace
 
-XMLTree XMLTreeBuilder::parse(const AString& text, bool* refused, const XMLNameSource& known_names)
+XMLTreeBuilder::XMLTreeBuilder(const XMLNameSource& name_source)
+    : known_names(name_source), short_texts(text_slack)
 {
-    XMLTreeBuilder builder(text.trim(), known_names);
-    while (!builder.error && !builder.done) {
-        builder.step();
-    }
-    if (refused != nullptr) {
-        *refused = builder.error;
-    }
-    return builder.error ? XMLTree() : std::move(builder.result);
 }
 
-XMLTreeBuilder::XMLTreeBuilder(const AString& string, const XMLNameSource& name_source)
-    : source(string), known_names(name_source), text(source.get_chars())
+XMLTree XMLTreeBuilder::parse(const AString& text, bool* refused, const XMLNameSource& known_names)
 {
+    return XMLTreeBuilder(known_names).parse(XMLFlatText(text), refused);
+}
+
+XMLTree XMLTreeBuilder::parse(const XMLFlatText& flat_text, bool* refused)
+{
+    source = &flat_text;
+    text = trim_right(trim_left(flat_text.get_chars()));
+    pos = 0;
+    error = false;
+    done = false;
+    while (!error && !done) {
+        step();
+    }
+    if (refused != nullptr) {
+        *refused = error;
+    }
+    XMLTree tree = std::exchange(result, XMLTree());
+    if (error) {
+        short_texts.clear();
+        stack.clear();
+        return XMLTree();
+    }
+    return tree;
 }
 
 void XMLTreeBuilder::step()
 {
-    const XMLTag tag = next_tag(text, pos);
+    const XMLTag tag = next_tag(text, pos, stack.empty() ? XMLChars() : stack.back().name);
     if (tag.kind == XMLTagKind::error) {
         error = true;
         return;
     }
     if (tag.kind == XMLTagKind::none) {
-        end_text();
+        add_text(text.subspan(pos), tag.space_before);
+        error = error || result.is_null;
+        done = true;
         return;
     }
-    add_text(text.subspan(pos, tag.start - pos));
+    add_text(text.subspan(pos, tag.start - pos), tag.space_before);
     pos = tag.end + 1;
     if (tag.kind != XMLTagKind::close) {
         open_element(tag);
@@ -46,24 +63,17 @@ void XMLTreeBuilder::step()
     }
 }
 
-void XMLTreeBuilder::end_text()
-{
-    add_text(text.subspan(pos));
-    error = error || result.is_null;
-    done = true;
-}
-
-void XMLTreeBuilder::add_text(XMLChars piece)
+void XMLTreeBuilder::add_text(XMLChars piece, bool is_space)
 {
     if (stack.empty()) {
-        error = error || !is_blank(piece);
+        error = error || !is_space;
         return;
     }
     XMLOpenElement& innermost = stack.back();
     if (innermost.text.empty()) {
         innermost.text = piece;
     }
-    innermost.text_is_blank = innermost.text_is_blank && is_blank(piece);
+    innermost.text_is_blank = innermost.text_is_blank && is_space;
 }
 
 void XMLTreeBuilder::open_element(const XMLTag& tag)
@@ -75,11 +85,12 @@ void XMLTreeBuilder::open_element(const XMLTag& tag)
         error = true;
         return;
     }
-    XMLOpenElement& element = stack.emplace_back();
-    element.name = tag.name;
+    XMLOpenElement& opened = stack.emplace_back();
+    opened.name = tag.name;
+    opened.element = make_pooled<XMLTreeList::EntryStruct>();
+    XMLTree& tree = opened.element->value;
     for (const auto& [attribute_name, value] : tag.attributes) {
-        element.attributes[source.keep(attribute_name, text_slack)] =
-            source.keep(value, text_slack);
+        tree.attributes[source->keep(attribute_name, text_slack)] = source->keep(value, text_slack);
     }
 }
 
@@ -92,37 +103,43 @@ void XMLTreeBuilder::close_element(const XMLTag& tag)
         error = true;
         return;
     }
-    XMLOpenElement& element = stack.back();
-    const bool has_children = element.children.length() != 0;
-    if (has_children && !element.text_is_blank) {
+    XMLOpenElement& closed = stack.back();
+    XMLTree& tree = closed.element->value;
+    const bool has_children = tree.children.length() != 0;
+    if (has_children && !closed.text_is_blank) {
         error = true;
         return;
     }
-    XMLTree tree;
     tree.is_null = false;
-    tree.name = name_string(element.name);
+    set_name(tree, closed.name);
     if (!has_children) {
-        tree.text = text_string(element.text);
+        set_text(tree, closed.text);
     }
-    tree.children = std::move(element.children);
-    tree.attributes = std::move(element.attributes);
-    stack.pop_back();
-    if (stack.empty()) {
+    if (stack.size() == 1) {
+        short_texts.flush();
         result = std::move(tree);
     } else {
-        stack.back().children.push_back(std::move(tree));
+        XMLTree& parent = stack[stack.size() - 2].element->value;
+        parent.children.get_writable().link(std::move(closed.element));
+    }
+    stack.pop_back();
+}
+
+void XMLTreeBuilder::set_name(XMLTree& tree, XMLChars name) const
+{
+    known_names(name.data(), name.size(), &tree.name);
+    if (tree.name.is_empty()) {
+        tree.name = source->keep(name, text_slack);
     }
 }
 
-AString XMLTreeBuilder::name_string(XMLChars name) const
+void XMLTreeBuilder::set_text(XMLTree& tree, XMLChars content)
 {
-    AString known;
-    known_names(name.data(), name.size(), &known);
-    return known.is_empty() ? source.keep(name, text_slack) : known;
-}
-
-AString XMLTreeBuilder::text_string(XMLChars content) const
-{
-    std::optional<AString> unescaped = xml_unescape(content);
-    return unescaped ? *std::move(unescaped) : source.keep(content, text_slack);
+    if (std::optional<AString> unescaped = xml_unescape(content)) {
+        tree.text = *std::move(unescaped);
+    } else if (source->can_share(content, text_slack)) {
+        tree.text = source->keep(content, text_slack);
+    } else {
+        short_texts.add(content, &tree.text);
+    }
 }

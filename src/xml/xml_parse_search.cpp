@@ -34,23 +34,11 @@ void XMLTagSearch::drop_front(std::uint64_t count)
 bool XMLTagSearch::find(std::string_view name, const unsigned char* bytes, std::uint64_t count,
                         std::uint64_t limit)
 {
-    const std::uint64_t angles_end = std::min(count, limit);
     while (!is_found()) {
         if (expected == Expected::angle) {
-            const void* angle =
-                start < angles_end ? std::memchr(bytes + start, '<', angles_end - start) : nullptr;
-            if (angle == nullptr) {
-                restart(std::max(start, angles_end));
+            if (!find_candidate(name, bytes, count, std::min(count, limit))) {
                 return false;
             }
-            start = static_cast<std::uint64_t>(static_cast<const unsigned char*>(angle) - bytes);
-            end = start + 1;
-            if (end < count && !can_begin(name, bytes[end])) { // most tags go no further
-                restart(end);
-                continue;
-            }
-            expected = closing ? Expected::slash : Expected::name;
-            matched = 0;
         } else if (end == count) {
             return false;
         } else if (take(name, bytes[end])) {
@@ -62,11 +50,35 @@ bool XMLTagSearch::find(std::string_view name, const unsigned char* bytes, std::
     return true;
 }
 
-// Whether the byte can follow the opening angle.
-bool XMLTagSearch::can_begin(std::string_view name, unsigned char byte) const
+// Moves to the next angle before `limit` that can begin a tag: most cannot, by the next byte or
+// two.
+bool XMLTagSearch::find_candidate(std::string_view name, const unsigned char* bytes,
+                                  std::uint64_t count, std::uint64_t limit)
 {
-    const char first = closing ? '/' : name.empty() ? '>' : name.front();
-    return byte == static_cast<unsigned char>(first) || is_raw_space(byte);
+    const unsigned char first = name.empty() ? '>' : static_cast<unsigned char>(name.front());
+    const unsigned char* const bytes_end = bytes + count;
+    const unsigned char* at = bytes + start;
+    for (; at < bytes + limit; ++at) {
+        at = static_cast<const unsigned char*>(std::memchr(at, '<', bytes + limit - at));
+        if (at == nullptr) {
+            break;
+        }
+        const unsigned char* next = at + 1;
+        if (closing && next != bytes_end && *next == '/') {
+            ++next;
+        } else if (closing && next != bytes_end && !is_raw_space(*next)) {
+            continue;
+        }
+        if (next == bytes_end || *next == first || is_raw_space(*next)) {
+            start = static_cast<std::uint64_t>(at - bytes);
+            end = start + 1;
+            expected = closing ? Expected::slash : Expected::name;
+            matched = 0;
+            return true;
+        }
+    }
+    restart(std::max(start, limit));
+    return false;
 }
 
 // False when the byte cannot follow in the tag.

@@ -27,7 +27,8 @@ public:
 private:
     enum class Expected { angle, slash, name, close_angle, nothing };
 
-    bool can_begin(std::string_view name, unsigned char byte) const;
+    bool find_candidate(std::string_view name, const unsigned char* bytes, std::uint64_t count,
+                        std::uint64_t limit);
     bool take(std::string_view name, unsigned char byte);
 
     bool closing;

@@ -14,8 +14,9 @@ constexpr AChar quote = L1('"');
 constexpr auto is_separator = [](AChar c) {
     return c == L1(' ') || (c >= L1('\t') && c <= L1('\r'));
 };
+constexpr auto is_angle = [](AChar c) { return c == open_angle || c == close_angle; };
 constexpr auto is_equals_sign = [](AChar c) { return c == L1('='); };
-constexpr auto is_letter = [](AChar c) { return to_lower(c) >= L1('a') && to_lower(c) <= L1('z'); };
+constexpr auto is_letter = [](AChar c) { return (c | 32) - L1('a') < 26; };
 constexpr auto is_name_character = [](AChar c) {
     return is_letter(c) || is_digit(c) || c == L1('_');
 };
@@ -35,6 +36,38 @@ XMLChars without_quotes(XMLChars value)
         value = value.first(value.size() - 1);
     }
     return value;
+}
+
+// `</expected>`, as nearly all close tags are.
+bool read_expected_close(XMLChars content, XMLChars expected, XMLTag& tag)
+{
+    const std::size_t count = expected.size();
+    if (count == 0 || content.size() < count + 2 || content[0] != slash ||
+        content[count + 1] != close_angle || !same_chars(content.subspan(1, count), expected)) {
+        return false;
+    }
+    tag.kind = XMLTagKind::close;
+    tag.name = expected;
+    tag.end = tag.start + count + 2;
+    return true;
+}
+
+// `<name>`, as nearly all other tags are.
+bool read_plain_open(XMLChars content, XMLTag& tag)
+{
+    const AChar* const first = content.data();
+    const AChar* const end = first + content.size();
+    const AChar* at = first;
+    while (at != end && is_name_character(*at)) {
+        ++at;
+    }
+    if (at == end || *at != close_angle || !is_letter(*first)) {
+        return false;
+    }
+    tag.kind = XMLTagKind::open;
+    tag.name = XMLChars(first, at);
+    tag.end = tag.start + 1 + tag.name.size();
+    return true;
 }
 
 // An attribute is exactly two parts around any number of equals signs, quotes or not: a value can
@@ -82,21 +115,36 @@ XMLTagKind read_content(XMLChars content, XMLTag& tag)
 
 } // namespace
 
-XMLTag next_tag(XMLChars text, std::size_t from)
+XMLTag next_tag(XMLChars text, std::size_t from, XMLChars innermost)
 {
     XMLTag tag;
-    const auto start = std::find_if(text.begin() + static_cast<std::ptrdiff_t>(from), text.end(),
-                                    [](AChar c) { return c == open_angle || c == close_angle; });
-    if (start == text.end()) {
+    const AChar* at = text.data() + from;
+    const AChar* const end = text.data() + text.size();
+    while (at != end && is_space(*at)) {
+        ++at;
+    }
+    tag.space_before = at == end || is_angle(*at);
+    while (at != end && !is_angle(*at)) {
+        ++at;
+    }
+    if (at == end) {
         return tag;
     }
     tag.kind = XMLTagKind::error;
-    const auto end = std::find(start, text.end(), close_angle);
-    if (*start == close_angle || end == text.end()) {
+    if (*at == close_angle) {
         return tag;
     }
-    tag.start = static_cast<std::size_t>(start - text.begin());
-    tag.end = static_cast<std::size_t>(end - text.begin());
-    tag.kind = read_content(text.subspan(tag.start + 1, tag.end - tag.start - 1), tag);
+    tag.start = static_cast<std::size_t>(at - text.data());
+    const XMLChars behind(at + 1, end);
+    if (read_expected_close(behind, innermost, tag) || read_plain_open(behind, tag)) {
+        return tag;
+    }
+    const auto close = std::find(behind.begin(), behind.end(), close_angle);
+    if (close == behind.end()) {
+        return tag;
+    }
+    const auto count = static_cast<std::size_t>(close - behind.begin());
+    tag.end = tag.start + 1 + count;
+    tag.kind = read_content(behind.first(count), tag);
     return tag;
 }

@@ -15,10 +15,13 @@ enum class XMLTagKind {
 // One tag in a text. Names and values are stretches of the text.
 struct XMLTag {
     XMLTagKind kind = XMLTagKind::none;
+    bool space_before = true; // nothing else stands before it
     XMLChars name;
     std::size_t start = 0;                                 // of the `<`
     std::size_t end = 0;                                   // of the `>`
     std::vector<std::pair<XMLChars, XMLChars>> attributes; // in order of appearance
 };
 
-XMLTag next_tag(XMLChars text, std::size_t from);
+// `innermost` is the name of the element that the next close tag is expected to close, if any. It
+// changes nothing but the time that it takes.
+XMLTag next_tag(XMLChars text, std::size_t from, XMLChars innermost = {});

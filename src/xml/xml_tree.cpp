@@ -6,23 +6,6 @@ namespace
 // Names and texts of a tree hold no more characters than these beyond their own in memory.
 constexpr std::uint64_t text_slack = 32;
 
-// Destroys what only `children` refers to, at whatever depth: entries of lists below it move to its
-// end instead of being destroyed one inside the other.
-void take_apart(XMLTreeList& children)
-{
-    if (children.length() == 0 || !children.is_sole_owner()) {
-        return;
-    }
-    XMLTreeList::Body& pending = children.get_writable();
-    while (const XMLTreeList::Entry entry = pending.unlink_head()) {
-        XMLTreeList& below = entry->value.children;
-        // An entry that an iterator holds lives on, and keeps its children.
-        if (below.length() != 0 && is_sole_reference(entry) && below.is_sole_owner()) {
-            pending.splice_back(below.get_writable());
-        }
-    }
-}
-
 } // namespace
 
 XMLTree::XMLTree(const AString& element_name)
@@ -57,9 +40,20 @@ XMLTree& XMLTree::operator=(XMLTree&& other) noexcept
     return *this;
 }
 
-XMLTree::~XMLTree()
+// The lists below move to the end of this one, so that in the end none is destroyed inside another.
+void XMLTree::take_apart(XMLTreeList& elements)
 {
-    take_apart(children);
+    if (!elements.is_sole_owner()) {
+        return;
+    }
+    XMLTreeList::Body& all = elements.get_writable();
+    for (const auto* link = &all.head; *link; link = &(*link)->next) {
+        XMLTreeList& below = (*link)->value.children;
+        // An entry that an iterator holds lives on, and keeps its children.
+        if (below.length() != 0 && all.is_sole_holder(*link) && below.is_sole_owner()) {
+            all.splice_back(below.get_writable());
+        }
+    }
 }
 
 XMLTreeList& XMLTree::get_writable_children()

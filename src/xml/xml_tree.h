@@ -2,13 +2,11 @@
 
 #include "foundation/astring.h"
 #include "foundation/ns_list.h"
+#include "xml/xml_attributes.h"
 #include "xml/xml_entities.h"
-
-#include <map>
 
 class XMLTree;
 using XMLTreeList = nonstd_list<XMLTree>;
-using XMLAttributes = std::map<AString, AString>;
 
 // Layout of the output.
 enum class XMLWriteMode {
@@ -29,8 +27,12 @@ public:
     XMLTree(XMLTree&& other) noexcept = default;
     XMLTree& operator=(const XMLTree& other);
     XMLTree& operator=(XMLTree&& other) noexcept;
-    // Takes the tree apart in a loop: a message can nest deeper than a worker's stack.
-    ~XMLTree();
+    ~XMLTree()
+    {
+        if (children.length() != 0) {
+            take_apart(children);
+        }
+    }
 
     const AString& get_name() const { return name; }
     const AString& get_text() const { return text; }
@@ -55,6 +57,10 @@ public:
     XMLAttributes attributes;
 
 private:
+    // Destroys what only `elements` refers to, in a loop: a message can nest deeper than a worker's
+    // stack.
+    static void take_apart(XMLTreeList& elements);
+
     template <typename Visit>
     void for_each_named(const AString& child_name, Visit visit) const;
 };
