@@ -9,21 +9,49 @@ LastErrorTable& last_error_table()
     return *table;
 }
 
+// Which text the entry of a thread holds, and where that is. Plain data, which needs no destructor
+// when its thread ends; the entry keeps the storage, so that no other text can come to lie there.
+struct LastErrorTable::Recorded {
+    AString* entry;
+    const AStringStorage* storage;
+    std::uint64_t start_offset;
+    std::uint64_t len;
+
+    bool is(const AString& text) const
+    {
+        return entry != nullptr && storage == text.storage.get() &&
+               start_offset == text.start_offset && len == text.len;
+    }
+};
+
+LastErrorTable::Recorded& LastErrorTable::recorded()
+{
+    static thread_local Recorded of_this_thread{};
+    return of_this_thread;
+}
+
 AString& LastErrorTable::entry()
 {
-    static thread_local bool known = false;
-    AString& text = texts[platform::current_thread_id()];
-    if (!known) {
-        known = true;
-        text = AString();
+    Recorded& known = recorded();
+    if (known.entry == nullptr) {
+        known.entry = &texts[platform::current_thread_id()];
+        *known.entry = AString();
     }
-    return text;
+    return *known.entry;
 }
 
 void LastErrorTable::set(const AString& text)
 {
+    Recorded& known = recorded();
+    if (known.is(text)) {
+        return;
+    }
     const AMutexLock guard(&lock);
-    entry() = text;
+    AString& recorded_text = entry();
+    recorded_text = text;
+    known.storage = recorded_text.storage.get();
+    known.start_offset = recorded_text.start_offset;
+    known.len = recorded_text.len;
 }
 
 AString LastErrorTable::get()

@@ -12,10 +12,14 @@
 class LastErrorTable
 {
 public:
+    // A text that this thread has recorded last already is not recorded again: nearly all are "OK".
     void set(const AString& text);
     AString get();
 
 private:
+    struct Recorded;
+    // Of this thread.
+    static Recorded& recorded();
     // The entry of this thread. The system gives the id of a thread that has ended to a new one,
     // which must not find the old text.
     AString& entry();
