@@ -29,14 +29,24 @@ public:
     {
         std::uint32_t seen = reference_count.load(std::memory_order_relaxed);
         while (seen != 0) {
-            if (reference_count.compare_exchange_weak(seen, seen + 1)) {
+            if (seen >= permanent || reference_count.compare_exchange_weak(seen, seen + 1)) {
                 return true;
             }
         }
         return false;
     }
 
-    std::uint32_t decrease_reference() { return atomic_decrement(reference_count); }
+    std::uint32_t decrease_reference()
+    {
+        const std::uint32_t seen = reference_count.load(std::memory_order_relaxed);
+        return seen >= permanent ? seen : atomic_decrement(reference_count);
+    }
+
+    // For constants, which all threads use at once: the count changes no more, and the object stays
+    // for good.
+    void make_permanent() { reference_count.store(permanent); }
+
+    static constexpr std::uint32_t permanent = 0x80000000u;
 
     std::atomic<std::uint32_t> reference_count{0};
     T object;

@@ -164,6 +164,14 @@ public:
     // that a small value does not keep a large message in memory.
     AString compact_copy(std::uint64_t slack) const;
 
+    // For a text that is kept for good: its copies are no longer counted.
+    void make_permanent() const
+    {
+        if (storage) {
+            ARefBlock<AStringStorage>::of(storage.get())->make_permanent();
+        }
+    }
+
     int compare(std::uint64_t pos, const AString& other, std::uint64_t other_pos,
                 std::uint64_t count, ACompare mode) const;
     bool starts_with(const AString& prefix, ACompare mode = ACompare::exact) const;

@@ -4,7 +4,7 @@ namespace ZAVL3
 {
 
 struct APIParser::Kind {
-    const char* tag;
+    const AString& (*tag)();
     void (APIParser::*receive)(XMLTree& content, const AString& xid);
 };
 
@@ -40,9 +40,9 @@ void APIParser::receive_report(XMLTree& content, const AString& xid)
 
 constinit const APIParser::Kind APIParser::kinds[message_kind_count] = {
 #define ZAVL3_REPLY_KIND(name, ...)                                                                \
-    {#name, &APIParser::receive_reply<reply::name, &APIParser::on_reply_##name>},
+    {&tag<#name>, &APIParser::receive_reply<reply::name, &APIParser::on_reply_##name>},
 #define ZAVL3_REPORT_KIND(name, ...)                                                               \
-    {#name, &APIParser::receive_report<report::name, &APIParser::on_report_##name>},
+    {&tag<#name>, &APIParser::receive_report<report::name, &APIParser::on_report_##name>},
     ZAVL3_REPLIES(ZAVL3_REPLY_KIND) ZAVL3_REPORTS(ZAVL3_REPORT_KIND)
 #undef ZAVL3_REPLY_KIND
 #undef ZAVL3_REPORT_KIND
@@ -53,13 +53,13 @@ namespace
 
 // Exact lookup from the tag of a message to its kind, among the replies or among the reports.
 template <typename Kind>
-EnumString make_name_table(const Kind* kinds, std::int32_t first, std::int32_t end)
+AStringTable make_name_table(const Kind* kinds, std::int32_t first, std::int32_t end)
 {
-    std::vector<EnumString::Row> rows;
+    AStringTable names;
     for (std::int32_t kind = first; kind < end; ++kind) {
-        rows.push_back({kind, kinds[kind].tag});
+        names.add(kinds[kind].tag(), kind);
     }
-    return EnumString(rows, -1, AString());
+    return names;
 }
 
 } // namespace
@@ -69,8 +69,8 @@ void APIParser::dispatch_message(XMLTree tree)
     message_tap(tree);
     message_ok = true;
 
-    static const NoDestructor<EnumString> reply_names(make_name_table(kinds, 0, first_report_kind));
-    static const NoDestructor<EnumString> report_names(
+    static const NoDestructor<AStringTable> reply_names(make_name_table(kinds, 0, first_report_kind));
+    static const NoDestructor<AStringTable> report_names(
         make_name_table(kinds, first_report_kind, message_kind_count));
 
     const bool is_reply = tree.get_name() == tag<"reply">();
@@ -83,19 +83,19 @@ void APIParser::dispatch_message(XMLTree tree)
         return record_failure({}, error);
     }
 
-    const EnumString& names = is_reply ? *reply_names : *report_names;
+    const AStringTable& names = is_reply ? *reply_names : *report_names;
     XMLTree content;
-    std::int32_t kind = names.invalid_value;
+    std::int32_t kind = 0;
     for (const auto* entry = tree.first_child(); entry != nullptr; entry = entry->next.get()) {
-        const std::int32_t found = names.from_string(entry->value.get_name());
-        if (found == names.invalid_value) {
+        const AStringTable::Entry* found = names.find(entry->value.get_name());
+        if (found == nullptr) {
             continue;
         }
         if (!content.is_null) {
             return record_failure(xid, "XML Message contains multiple commands");
         }
         content = entry->value;
-        kind = found;
+        kind = found->value;
     }
     if (content.is_null) {
         return record_failure(xid, "XML Message contains no commands");

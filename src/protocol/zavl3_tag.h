@@ -25,7 +25,11 @@ const AString& tag()
     return tag_constant<Name>->name;
 }
 
-// Sets `name` to the constant string of these characters, if they are the name of a known element.
+// For constants made at load: the words that an element may hold.
+void add_known_word(const AString& word);
+
+// Sets `name` to the constant string of these characters, if they are the name of a known element
+// or a known word.
 void find_known_name(const AChar* characters, std::uint64_t count, AString* name);
 
 } // namespace ZAVL3

@@ -2,7 +2,7 @@
 
 #include "foundation/enumstring.h"
 #include "foundation/no_destructor.h"
-#include "protocol/fixed_string.h"
+#include "protocol/zavl3_tag.h"
 
 #include <array>
 #include <cstdint>
@@ -98,7 +98,11 @@ EnumString make_enum_string()
     for (std::size_t i = 0; i < words.size(); ++i) {
         rows[i] = {static_cast<std::int32_t>(i), words[i]};
     }
-    return EnumString(rows, -1, AString());
+    EnumString table(rows, -1, AString());
+    for (const EnumString::Row& row : rows) {
+        add_known_word(table.to_string(row.value));
+    }
+    return table;
 }
 
 template <typename E>

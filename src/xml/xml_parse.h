@@ -9,8 +9,8 @@
 #include <string>
 #include <vector>
 
-// Gives the constant string of a well-known name, so that reading one costs no text of its own:
-// sets the result when the characters are such a name.
+// Gives the constant string of a well-known name or word, so that reading one costs no text of its
+// own: sets the result when the characters are such a word. None has a character that is escaped.
 using XMLNameSource = AFunction<const AChar*, std::uint64_t, AString*>;
 
 // An element between its open and its close tag.

@@ -135,6 +135,10 @@ void XMLTreeBuilder::set_name(XMLTree& tree, XMLChars name) const
 
 void XMLTreeBuilder::set_text(XMLTree& tree, XMLChars content)
 {
+    known_names(content.data(), content.size(), &tree.text);
+    if (!tree.text.is_empty()) {
+        return;
+    }
     if (std::optional<AString> unescaped = xml_unescape(content)) {
         tree.text = *std::move(unescaped);
     } else if (source->can_share(content, text_slack)) {
