@@ -2,6 +2,7 @@
 
 #include "foundation/aassert.h"
 #include "foundation/atomic_win32_impl.h"
+#include "foundation/block_pool.h"
 
 #include <cstddef>
 #include <new>
@@ -36,10 +37,21 @@ public:
         return false;
     }
 
-    std::uint32_t decrease_reference()
+    std::uint32_t decrease_reference(std::uint32_t references = 1)
     {
-        const std::uint32_t seen = reference_count.load(std::memory_order_relaxed);
-        return seen >= permanent ? seen : atomic_decrement(reference_count);
+        const std::uint32_t seen = reference_count.load(std::memory_order_acquire);
+        if (seen == references) { // nobody else has one, so nobody else changes it
+            reference_count.store(0, std::memory_order_relaxed);
+            return 0;
+        }
+        return seen >= permanent ? seen : atomic_subtract(reference_count, references);
+    }
+
+    // Whether the caller has all references there are. If so, what others did before they let go of
+    // theirs has happened before.
+    bool has_no_others(std::uint32_t references) const
+    {
+        return reference_count.load(std::memory_order_acquire) == references;
     }
 
     // For constants, which all threads use at once: the count changes no more, and the object stays
@@ -48,10 +60,35 @@ public:
 
     static constexpr std::uint32_t permanent = 0x80000000u;
 
+    // From the pool where the class says so.
+    static void* operator new(std::size_t size, const std::nothrow_t&) noexcept
+    {
+        if constexpr (is_pooled) {
+            if (void* block = pool().take()) {
+                return block;
+            }
+            size = pooled_size(sizeof(ARefBlock));
+        }
+        return ::operator new(size, std::nothrow);
+    }
+
+    static void operator delete(void* memory) noexcept
+    {
+        if constexpr (is_pooled) {
+            if (pool().give(memory)) {
+                return;
+            }
+        }
+        ::operator delete(memory);
+    }
+
     std::atomic<std::uint32_t> reference_count{0};
     T object;
 
 private:
+    static constexpr bool is_pooled = requires { typename T::IsPooled; };
+    static auto& pool() { return block_pool<pooled_size(sizeof(ARefBlock))>; }
+
     static constexpr std::size_t offsetof_object()
     {
         constexpr std::size_t behind_count = sizeof(std::atomic<std::uint32_t>);
@@ -73,6 +110,7 @@ class ARef
 {
 public:
     ARef() = default;
+    ARef(std::nullptr_t) {}
     ARef(const ARef& other) { assign(other.pointer); }
     ARef(ARef&& other) noexcept : pointer(std::exchange(other.pointer, nullptr)) {}
     ~ARef() { clear(); }
@@ -115,6 +153,19 @@ public:
         release(std::exchange(pointer, object));
     }
 
+    // A copy for a thread that alone can reach this reference: it needs no atomic step where there
+    // is no other.
+    ARef copy_unshared() const
+    {
+        if (!has_no_others(1)) {
+            return *this;
+        }
+        ARef copy;
+        ARefBlock<T>::of(pointer)->reference_count.store(2, std::memory_order_relaxed);
+        copy.pointer = pointer;
+        return copy;
+    }
+
     T* get_new_reference() const
     {
         ARef another(*this);
@@ -123,22 +174,35 @@ public:
 
     void clear() { release(std::exchange(pointer, nullptr)); }
 
-    T* get() const { return pointer; }
-    T* operator->() const { return pointer; }
-    T& operator*() const { return *pointer; }
-    explicit operator bool() const { return pointer != nullptr; }
-
-private:
-    static void release(T* object)
+    // For structures that account for several references of an object at once: gives the pointer up
+    // with its reference, and takes any number of them back.
+    T* detach() { return std::exchange(pointer, nullptr); }
+    static void release(T* object, std::uint32_t references = 1)
     {
         if (object == nullptr) {
             return;
         }
         ARefBlock<T>* block = ARefBlock<T>::of(object);
-        if (block->decrease_reference() == 0) {
+        if (block->decrease_reference(references) == 0) {
             destroy_last_reference(block);
         }
     }
+    // Whether the caller has all references to the object.
+    bool has_no_others(std::uint32_t references) const
+    {
+        return pointer != nullptr && ARefBlock<T>::of(pointer)->has_no_others(references);
+    }
+    std::uint32_t use_count() const
+    {
+        return pointer != nullptr ? ARefBlock<T>::of(pointer)->reference_count.load() : 0;
+    }
 
+    T* get() const { return pointer; }
+    T* operator->() const { return pointer; }
+    T& operator*() const { return *pointer; }
+    explicit operator bool() const { return pointer != nullptr; }
+    bool operator==(const ARef& other) const { return pointer == other.pointer; }
+
+private:
     T* pointer = nullptr;
 };

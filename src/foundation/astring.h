@@ -23,6 +23,8 @@ struct AStringSegment {
 class AStringStorage
 {
 public:
+    using IsPooled = void;
+
     AStringStorage() = default;
     AStringStorage(const AStringStorage&) = delete;
     AStringStorage& operator=(const AStringStorage&) = delete;

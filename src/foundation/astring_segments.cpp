@@ -12,7 +12,7 @@ AStringSegment* take_segment()
     if (segments_exhausted.load(std::memory_order_relaxed)) {
         return nullptr;
     }
-    void* memory = pools_are_used ? segment_pool.take() : nullptr;
+    void* memory = segment_pool.take();
     if (memory == nullptr) {
         memory = ::operator new(sizeof(AStringSegment), std::nothrow);
     }
@@ -23,7 +23,7 @@ void release_segments(AStringSegment* head)
 {
     while (head != nullptr) {
         AStringSegment* following = head->next;
-        if (!pools_are_used || !segment_pool.give(head)) {
+        if (!segment_pool.give(head)) {
             ::operator delete(head);
         }
         head = following;

@@ -10,12 +10,13 @@ namespace
 constexpr std::size_t first_slots = 16;
 
 // Three characters and the length tell nearly all words of one table apart.
-std::size_t hash_of(const AChar* characters, std::uint64_t count)
+std::uint32_t hash_of(const AChar* characters, std::uint64_t count)
 {
     const std::uint32_t sum = characters[0] + 37 * characters[count / 2] +
                               1369 * characters[count - 1] +
                               50653 * static_cast<std::uint32_t>(count);
-    return sum * 0x9E3779B1u >> 16;
+    const std::uint32_t mixed = sum * 0x9E3779B1u;
+    return mixed ^ mixed >> 16;
 }
 
 std::vector<AChar> characters_of(const AString& text)
@@ -34,10 +35,28 @@ void AStringTable::add(const AString& text, std::int32_t value)
     if (!A_CHECK("astring_table", !text.is_empty()) || find(text) != nullptr) {
         return;
     }
-    if (2 * ++used > slots.size()) {
-        grow();
+    entries.push_back({text, value, characters_of(text)});
+    if (2 * entries.size() > slots.size()) {
+        const std::vector<Slot> before = std::exchange(slots, {});
+        slots.resize(before.empty() ? first_slots : 2 * before.size());
+        for (const Slot& slot : before) {
+            if (slot.number != 0) {
+                place(slot);
+            }
+        }
     }
-    place({text, value, characters_of(text)});
+    const std::vector<AChar>& characters = entries.back().characters;
+    place({hash_of(characters.data(), characters.size()),
+           static_cast<std::uint32_t>(entries.size())});
+}
+
+void AStringTable::place(const Slot& slot)
+{
+    std::size_t at = slot.hash;
+    while (slots[at & (slots.size() - 1)].number != 0) {
+        ++at;
+    }
+    slots[at & (slots.size() - 1)] = slot;
 }
 
 const AStringTable::Entry* AStringTable::find(const AChar* characters, std::uint64_t count) const
@@ -45,16 +64,19 @@ const AStringTable::Entry* AStringTable::find(const AChar* characters, std::uint
     if (count == 0 || slots.empty()) {
         return nullptr;
     }
-    for (std::size_t at = hash_of(characters, count);; ++at) {
-        const Entry& entry = slots[at & (slots.size() - 1)];
-        if (entry.text.is_empty()) {
-            return nullptr;
+    const std::uint32_t hash = hash_of(characters, count);
+    const std::size_t mask = slots.size() - 1;
+    for (std::size_t at = hash & mask; slots[at].number != 0; at = (at + 1) & mask) {
+        if (slots[at].hash != hash) {
+            continue;
         }
+        const Entry& entry = entries[slots[at].number - 1];
         if (entry.characters.size() == count &&
             std::memcmp(entry.characters.data(), characters, count * sizeof(AChar)) == 0) {
             return &entry;
         }
     }
+    return nullptr;
 }
 
 const AStringTable::Entry* AStringTable::find(const AString& text) const
@@ -65,24 +87,4 @@ const AStringTable::Entry* AStringTable::find(const AString& text) const
     }
     const std::vector<AChar> characters = characters_of(text);
     return find(characters.data(), characters.size());
-}
-
-void AStringTable::place(Entry entry)
-{
-    std::size_t at = hash_of(entry.characters.data(), entry.characters.size());
-    while (!slots[at & (slots.size() - 1)].text.is_empty()) {
-        ++at;
-    }
-    slots[at & (slots.size() - 1)] = std::move(entry);
-}
-
-void AStringTable::grow()
-{
-    std::vector<Entry> before = std::exchange(slots, {});
-    slots.resize(before.empty() ? first_slots : 2 * before.size());
-    for (Entry& entry : before) {
-        if (!entry.text.is_empty()) {
-            place(std::move(entry));
-        }
-    }
 }

@@ -10,8 +10,8 @@ class AStringTable
 {
 public:
     struct Entry {
-        AString text; // empty in a free slot
-        std::int32_t value = 0;
+        AString text;
+        std::int32_t value;
         std::vector<AChar> characters; // of the text, side by side
     };
 
@@ -22,9 +22,13 @@ public:
     const Entry* find(const AString& text) const;
 
 private:
-    void place(Entry entry);
-    void grow();
+    struct Slot {
+        std::uint32_t hash = 0;
+        std::uint32_t number = 0; // of the entry, from 1; 0 in a free slot
+    };
 
-    std::vector<Entry> slots; // none, or a power of two of them
-    std::size_t used = 0;
+    void place(const Slot& slot);
+
+    std::vector<Entry> entries;
+    std::vector<Slot> slots; // none, or a power of two of them
 };

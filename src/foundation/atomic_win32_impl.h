@@ -28,6 +28,11 @@ inline std::uint32_t atomic_decrement(std::atomic<std::uint32_t>& cell)
     return atomic_step(cell, [](std::uint32_t value) { return value - 1; });
 }
 
+inline std::uint32_t atomic_subtract(std::atomic<std::uint32_t>& cell, std::uint32_t amount)
+{
+    return atomic_step(cell, [amount](std::uint32_t value) { return value - amount; });
+}
+
 // The rest works on plain cells. Where the address is not aligned the operation is carried out all
 // the same, under the global mutex and atomic only against others at such addresses; the exchanges
 // report it.

@@ -4,7 +4,6 @@
 #include <atomic>
 #include <cstddef>
 #include <cstdint>
-#include <memory>
 #include <new>
 
 // A bounded, process-wide pool of free blocks in front of the heap, for objects that come and go
@@ -19,6 +18,9 @@ public:
     // Null when there is none at hand.
     void* take()
     {
+        if (!is_used) {
+            return nullptr;
+        }
         Shard& shard = shard_of_this_thread();
         const ShardLock lock(shard);
         if (!lock || shard.free == nullptr) {
@@ -33,6 +35,9 @@ public:
     // False when it finds no place.
     bool give(void* memory)
     {
+        if (!is_used) {
+            return false;
+        }
         Shard& shard = shard_of_this_thread();
         const ShardLock lock(shard);
         if (!lock || shard.count == BlocksPerShard) {
@@ -44,6 +49,12 @@ public:
     }
 
 private:
+#ifndef VELTO_SANITIZED
+    static constexpr bool is_used = true;
+#else
+    static constexpr bool is_used = false; // so that a sanitizer sees each use of a freed block
+#endif
+
     struct FreeBlock {
         FreeBlock* next;
     };
@@ -91,57 +102,11 @@ private:
     std::array<Shard, 1u << shard_bits> shards{};
 };
 
-#ifndef VELTO_SANITIZED
-inline constexpr bool pools_are_used = true;
-#else
-inline constexpr bool pools_are_used = false; // so that a sanitizer sees each use of a freed block
-#endif
-
-template <std::size_t Bytes, unsigned BlocksPerShard>
-inline constinit BlockPool<Bytes, BlocksPerShard> block_pool{};
-
-// Allocates single objects from the pool of their size.
-template <typename T>
-struct PoolAllocator {
-    using value_type = T;
-
-    PoolAllocator() = default;
-    template <typename Other>
-    PoolAllocator(const PoolAllocator<Other>&)
-    {
-    }
-
-    T* allocate(std::size_t count)
-    {
-        void* block = nullptr;
-        if constexpr (pools_are_used) {
-            block = count == 1 ? pool().take() : nullptr;
-        }
-        return static_cast<T*>(block != nullptr ? block : ::operator new(count* bytes));
-    }
-
-    void deallocate(T* memory, std::size_t count)
-    {
-        if constexpr (pools_are_used) {
-            if (count == 1 && pool().give(memory)) {
-                return;
-            }
-        }
-        ::operator delete(memory);
-    }
-
-    bool operator==(const PoolAllocator&) const = default;
-
-private:
-    static constexpr std::size_t bytes = (sizeof(T) + 63) / 64 * 64;
-    static_assert(alignof(T) <= __STDCPP_DEFAULT_NEW_ALIGNMENT__);
-
-    // As many as the elements of the densest message.
-    static auto& pool() { return block_pool<bytes, 4096>; }
-};
-
-template <typename T, typename... Arguments>
-std::shared_ptr<T> make_pooled(Arguments&&... arguments)
+// The pool for objects of about one size, with as many blocks as the densest message has elements.
+constexpr std::size_t pooled_size(std::size_t bytes)
 {
-    return std::allocate_shared<T>(PoolAllocator<T>(), std::forward<Arguments>(arguments)...);
+    return (bytes + 63) / 64 * 64;
 }
+
+template <std::size_t Bytes>
+inline constinit BlockPool<Bytes, 4096> block_pool{};

@@ -1,30 +1,12 @@
 #pragma once
 
 #include "foundation/aassert.h"
-#include "foundation/block_pool.h"
+#include "foundation/aref.h"
 
-#include <atomic>
 #include <cstddef>
 #include <cstdint>
 #include <iterator>
-#include <memory>
 #include <utility>
-
-// Whether all of the `uses` of an object are known to the caller. If so, what other owners did with
-// it before they let go has happened before, and it can be written.
-template <typename T>
-bool has_no_other_uses(const std::shared_ptr<T>& reference, long uses)
-{
-    if (reference.use_count() != uses) {
-        return false;
-    }
-#ifdef VELTO_SANITIZED
-    const std::shared_ptr<T> another = reference; // the thread sanitizer does not know fences
-#else
-    std::atomic_thread_fence(std::memory_order_acquire);
-#endif
-    return true;
-}
 
 // A list value with shared nodes: copies share the body, and a writer unshares it first. A value is
 // written by one thread only.
@@ -33,24 +15,28 @@ class nonstd_list
 {
 public:
     struct EntryStruct {
+        using IsPooled = void;
+
         EntryStruct() = default;
         explicit EntryStruct(const T& content) : value(content) {}
         explicit EntryStruct(T&& content) : value(std::move(content)) {}
 
-        std::shared_ptr<EntryStruct> next;
-        std::shared_ptr<EntryStruct> prev;
+        ARef<EntryStruct> next;
+        ARef<EntryStruct> prev;
         T value{};
     };
-    using Entry = std::shared_ptr<EntryStruct>;
+    using Entry = ARef<EntryStruct>;
 
     // `next` and `prev` both own, so the links form cycles and are taken apart explicitly.
     struct Body {
+        using IsPooled = void;
+
         Body() = default;
         Body(const Body& other)
         {
             for (const EntryStruct* entry = other.head.get(); entry != nullptr;
                  entry = entry->next.get()) {
-                link(make_pooled<EntryStruct>(entry->value));
+                link(Entry::create(entry->value));
             }
         }
         Body& operator=(const Body&) = delete;
@@ -58,13 +44,13 @@ public:
 
         void link(Entry entry)
         {
-            if (!A_CHECK("ns_list", entry != nullptr)) {
+            if (!A_CHECK("ns_list", static_cast<bool>(entry))) {
                 return;
             }
-            entry->next.reset();
+            entry->next.clear();
             entry->prev = std::move(tail);
-            (entry->prev ? entry->prev->next : head) = entry;
-            tail = std::move(entry);
+            tail = entry.copy_unshared();
+            (entry->prev ? entry->prev->next : head) = std::move(entry);
             ++count;
         }
 
@@ -75,16 +61,15 @@ public:
                 return entry;
             }
             head = entry->next;
-            (head ? head->prev : tail).reset();
-            entry->next.reset();
-            entry->prev.reset();
+            (head ? head->prev : tail).clear();
+            entry->next.clear();
+            entry->prev.clear();
             --count;
             return entry;
         }
 
-        // Whether nobody but this list holds one of its entries: one neighbour, or end, on each
-        // side does.
-        bool is_sole_holder(const Entry& entry) const { return has_no_other_uses(entry, 2); }
+        // Whether nobody but this list holds one of its entries.
+        static bool is_sole_holder(const Entry& entry) { return entry.has_no_others(2); }
 
         // Takes the entries of `other` to the end of this list.
         void splice_back(Body& other)
@@ -98,15 +83,17 @@ public:
             count += std::exchange(other.count, 0);
         }
 
+        // The list has two references to each entry, which go at once.
         void clear()
         {
-            Entry entry = std::move(head);
-            tail.reset();
+            EntryStruct* entry = head.detach();
+            tail.detach();
             count = 0;
-            while (entry) {
-                Entry following = std::move(entry->next);
-                entry->prev.reset();
-                entry = std::move(following);
+            while (entry != nullptr) {
+                EntryStruct* following = entry->next.detach();
+                entry->prev.detach();
+                Entry::release(entry, 2);
+                entry = following;
             }
         }
 
@@ -146,13 +133,13 @@ public:
     };
 
     nonstd_list() = default;
-    explicit nonstd_list(const Body& other) : body(make_pooled<Body>(other)) {}
+    explicit nonstd_list(const Body& other) : body(ARef<Body>::create(other)) {}
 
     // Never unshares; makes the empty body of a list that was never touched.
     const Body& get_readable() const
     {
         if (!body) {
-            body = make_pooled<Body>();
+            body = ARef<Body>::create();
         }
         return *body;
     }
@@ -160,14 +147,14 @@ public:
     Body& get_writable()
     {
         if (!body) {
-            body = make_pooled<Body>();
+            body = ARef<Body>::create();
         } else if (body.use_count() != 1) {
-            body = make_pooled<Body>(*body);
+            body = ARef<Body>::create(*body);
         }
         return *body;
     }
 
-    void push_back(T value) { get_writable().link(make_pooled<EntryStruct>(std::move(value))); }
+    void push_back(T value) { get_writable().link(Entry::create(std::move(value))); }
 
     Entry pop_front() { return get_writable().unlink_head(); }
 
@@ -198,13 +185,13 @@ public:
         if (body && is_sole_owner()) {
             body->clear();
         } else {
-            body = make_pooled<Body>();
+            body = ARef<Body>::create();
         }
     }
 
     // For code that takes large structures apart without copying them.
-    bool is_sole_owner() const { return has_no_other_uses(body, 1); }
-    void release() { body.reset(); }
+    bool is_sole_owner() const { return body.has_no_others(1); }
+    void release() { body.clear(); }
 
 private:
     EntryStruct* entry_at(std::uint32_t index) const
@@ -216,5 +203,5 @@ private:
         return entry;
     }
 
-    mutable std::shared_ptr<Body> body;
+    mutable ARef<Body> body;
 };

@@ -69,7 +69,8 @@ void APIParser::dispatch_message(XMLTree tree)
     message_tap(tree);
     message_ok = true;
 
-    static const NoDestructor<AStringTable> reply_names(make_name_table(kinds, 0, first_report_kind));
+    static const NoDestructor<AStringTable> reply_names(
+        make_name_table(kinds, 0, first_report_kind));
     static const NoDestructor<AStringTable> report_names(
         make_name_table(kinds, first_report_kind, message_kind_count));
 

@@ -87,7 +87,7 @@ void XMLTreeBuilder::open_element(const XMLTag& tag)
     }
     XMLOpenElement& opened = stack.emplace_back();
     opened.name = tag.name;
-    opened.element = make_pooled<XMLTreeList::EntryStruct>();
+    opened.element = XMLTreeList::Entry::create();
     XMLTree& tree = opened.element->value;
     for (const auto& [attribute_name, value] : tag.attributes) {
         tree.attributes[source->keep(attribute_name, text_slack)] = source->keep(value, text_slack);
