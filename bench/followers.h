@@ -3,6 +3,7 @@
 #include "library_link.h"
 #include "measure.h"
 #include "peer_client.h"
+#include "timecode_reports.h"
 
 // The competitors in following the timecodes of channels, with one interface.
 
@@ -39,3 +40,13 @@ public:
 private:
     PeerClient client;
 };
+
+// A responder's answer: ok, and after a registration also the report that follows it.
+inline std::string answer_with_report(const std::string& command)
+{
+    std::string reply = ok_reply_to(command);
+    if (command.find("<channel_report_register>") != std::string::npos) {
+        append_timecode_report(reply, text_of(command, "Channel")[0], 0);
+    }
+    return reply;
+}

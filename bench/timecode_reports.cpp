@@ -1,7 +1,5 @@
 #include "timecode_reports.h"
 
-#include "responder.h"
-
 #include <fmt/format.h>
 
 #include <iterator>
@@ -33,13 +31,4 @@ constexpr const char* report_format = "<report>\r\n"
 void append_timecode_report(std::string& text, char channel, std::uint32_t position)
 {
     fmt::format_to(std::back_inserter(text), fmt::runtime(report_format), channel, position);
-}
-
-std::string answer_with_report(const std::string& command)
-{
-    std::string reply = ok_reply_to(command);
-    if (command.find("<channel_report_register>") != std::string::npos) {
-        append_timecode_report(reply, text_of(command, "Channel")[0], 0);
-    }
-    return reply;
 }

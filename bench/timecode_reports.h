@@ -8,6 +8,3 @@ constexpr std::uint32_t channel_count = 8;
 
 // A channel_timecode report of nearly 500 bytes, broken into lines as a server may do it.
 void append_timecode_report(std::string& text, char channel, std::uint32_t position);
-
-// A responder's answer: ok, and after a registration also the report that follows it.
-std::string answer_with_report(const std::string& command);
