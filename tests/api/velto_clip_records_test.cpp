@@ -4,6 +4,11 @@
 #include "support/describe.h"
 #include "support/wire_model.h"
 
+#include <functional>
+#include <map>
+#include <set>
+#include <stdexcept>
+
 #include <gtest/gtest.h>
 
 namespace

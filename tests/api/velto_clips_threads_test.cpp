@@ -1,5 +1,8 @@
 #include "support/clip_script.h"
 
+#include <atomic>
+#include <functional>
+
 #include <gtest/gtest.h>
 
 namespace
