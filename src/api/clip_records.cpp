@@ -1,12 +1,11 @@
 #include "api/clip_records.h"
 
 #include "api/dispatch.h"
-#include "foundation/ns_list.h"
 
 ZAVL3::ClipInfo& ClipRecord::get_writable()
 {
-    if (!is_sole_reference(record)) {
-        record = std::make_shared<ZAVL3::ClipInfo>(*record);
+    if (!record.has_no_others(1)) {
+        record = ARef<ZAVL3::ClipInfo>::create(*record);
     }
     return *record;
 }

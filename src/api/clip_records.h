@@ -4,7 +4,6 @@
 #include "connection/velto.h"
 
 #include <functional>
-#include <memory>
 
 // A clip as the server told of it, and on which connection: what a record handle stands for. It is
 // a snapshot: only what is written through its handle changes it.
@@ -14,7 +13,7 @@ class ClipRecord
 {
 public:
     ClipRecord(VeltoHandle origin, ZAVL3::ClipInfo info)
-        : connection(origin), record(std::make_shared<ZAVL3::ClipInfo>(std::move(info)))
+        : connection(origin), record(ARef<ZAVL3::ClipInfo>::create(std::move(info)))
     {
     }
 
@@ -24,7 +23,7 @@ public:
     VeltoHandle connection;
 
 private:
-    std::shared_ptr<ZAVL3::ClipInfo> record;
+    ARef<ZAVL3::ClipInfo> record;
 };
 
 using ClipRecordTable = HandleTable<ClipRecord>;
