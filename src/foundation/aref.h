@@ -82,6 +82,11 @@ public:
         ::operator delete(memory);
     }
 
+    static void operator delete(void* memory, const std::nothrow_t&) noexcept
+    {
+        operator delete(memory);
+    }
+
     std::atomic<std::uint32_t> reference_count{0};
     T object;
 

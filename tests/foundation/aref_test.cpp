@@ -238,4 +238,57 @@ TEST(ARef, ThreadsShareOneObject)
     EXPECT_EQ(living, 0);
 }
 
+TEST(ARef, SeveralReferencesCanBeGivenBackAtOnce)
+{
+    int living = 0;
+    auto reference = ARef<Counted>::create(&living);
+    auto second = reference;
+    auto third = reference;
+    EXPECT_TRUE(reference.has_no_others(3));
+    EXPECT_FALSE(reference.has_no_others(2));
+    reference.detach();
+    ARef<Counted>::release(second.detach(), 2);
+    EXPECT_EQ(third.use_count(), 1u);
+    EXPECT_EQ(living, 1);
+    auto fourth = third;
+    third.detach();
+    ARef<Counted>::release(fourth.detach(), 2);
+    EXPECT_EQ(living, 0);
+    EXPECT_EQ(third.use_count(), 0u);
+    EXPECT_FALSE(third.has_no_others(0));
+}
+
+TEST(ARef, UnsharedCopyCountsLikeAnyOther)
+{
+    int living = 0;
+    auto reference = ARef<Counted>::create(&living);
+    auto copy = reference.copy_unshared();
+    EXPECT_EQ(copy, reference);
+    EXPECT_EQ(reference.use_count(), 2u);
+    auto another = reference.copy_unshared();
+    EXPECT_EQ(reference.use_count(), 3u);
+    another.clear();
+    copy.clear();
+    EXPECT_EQ(living, 1);
+    reference.clear();
+    EXPECT_EQ(living, 0);
+    EXPECT_FALSE(ARef<Counted>().copy_unshared());
+}
+
+TEST(ARef, PermanentObjectIsNotCountedAndStays)
+{
+    static int living = 0;
+    auto reference = ARef<Counted>::create(&living);
+    Counted* object = reference.get();
+    ARefBlock<Counted>::of(object)->make_permanent();
+    auto copy = reference;
+    EXPECT_EQ(copy.get(), object);
+    EXPECT_EQ(copy.use_count(), ARefBlock<Counted>::permanent);
+    copy.clear();
+    reference.clear();
+    EXPECT_EQ(living, 1);
+    delete ARefBlock<Counted>::of(object);
+    EXPECT_EQ(living, 0);
+}
+
 } // namespace

@@ -543,4 +543,25 @@ TEST(AStringPad, IsThatOfTheModel)
     }
 }
 
+TEST(AStringTrim, TrimmedTextIsNotCopied)
+{
+    for (const char* text : {"", "a", "a b", " ", " a", "a ", "\ta b\n", "   "}) {
+        const AString string(text);
+        const ATrimmed trimmed(string);
+        EXPECT_EQ(*trimmed, string.trim()) << text;
+        EXPECT_EQ(string.is_trimmed(), string.trim() == string) << text;
+        EXPECT_EQ(&*trimmed == &string, string.is_trimmed()) << text;
+    }
+}
+
+TEST(AStringStorage, CopiesOfAPermanentTextAreNotCounted)
+{
+    static const AString text("kept for good");
+    text.make_permanent();
+    const AString copy = text.left(4);
+    EXPECT_TRUE(share(copy, text));
+    EXPECT_EQ(text.storage.use_count(), ARefBlock<AStringStorage>::permanent);
+    AString().make_permanent();
+}
+
 } // namespace

@@ -43,7 +43,7 @@ TEST(Tag, IsFoundByItsCharacters)
 
 TEST(Tag, LeavesTheNameAloneWhenItIsNotKnown)
 {
-    for (const char* text : {"", "clipid", "ClipI", "ClipIDs", "never_heard_of"}) {
+    for (const char* text : {"", "clipId", "ClipI", "ClipIDs", "never_heard_of"}) {
         EXPECT_EQ(known(std::string(text)).to_utf8(), "unknown") << text;
     }
     EXPECT_EQ(known_of(std::vector<AChar>(64, 'a')).to_utf8(), "unknown");
@@ -64,6 +64,16 @@ TEST(Tag, SharesItsStringWithTheNamesOfParsedElements)
     const AString text("<ClipID>a</ClipID>");
     const XMLTree tree = XMLTreeBuilder::parse(text, nullptr, XMLNameSource(&find_known_name));
     EXPECT_EQ(tree.get_name().storage.get(), tag<"ClipID">().storage.get());
+}
+
+TEST(Tag, WordsAndMessagesAreKnownToo)
+{
+    const AString& standard = to_wire(word<VideoStandard>("1080_50i"));
+    EXPECT_EQ(known("1080_50i").storage.get(), standard.storage.get());
+    EXPECT_EQ(known("channel_timecode").to_utf8(), "channel_timecode");
+    const XMLTree tree = XMLTreeBuilder::parse(AString("<VideoStandard>1080_50i</VideoStandard>"),
+                                               nullptr, XMLNameSource(&find_known_name));
+    EXPECT_EQ(tree.get_text().storage.get(), standard.storage.get());
 }
 
 } // namespace

@@ -79,3 +79,17 @@ TEST(XMLFlatText, KeptStretchSharesTheTextWhereACompactCopyWould)
         EXPECT_EQ(shared, text.left(length).compact_copy(32).storage.get() == text.storage.get());
     }
 }
+
+TEST(XMLFlatText, DecodesBytesAsAStringDoesAndUsesItsRoomAgain)
+{
+    XMLFlatText flat;
+    for (const std::string& bytes : {std::string(1000, 'x'), std::string("a\xC3\xA9z\xE6\x97\xA5"),
+                                     std::string("ab\xFF"
+                                                 "c"),
+                                     std::string("ab\0c", 4), std::string("\xF0\x9D\x84\x9E")}) {
+        flat.decode(reinterpret_cast<const unsigned char*>(bytes.data()), bytes.size());
+        EXPECT_EQ(text_of(flat.get_chars()), from_bytes(bytes).to_utf8());
+        EXPECT_FALSE(flat.can_share(flat.get_chars(), 32));
+        EXPECT_EQ(flat.keep(flat.get_chars(), 32), from_bytes(bytes));
+    }
+}

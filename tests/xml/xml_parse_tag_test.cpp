@@ -159,3 +159,31 @@ TEST(XMLTagScan, Table)
         EXPECT_EQ(described(row.text), row.meaning) << row.text;
     }
 }
+
+TEST(XMLTagScan, TellsWhetherWhiteSpaceAloneStandsBefore)
+{
+    const std::pair<const char*, bool> rows[] = {
+        {"<a>", true},   {" \r\n\t<a>", true}, {"\xE6\x97\xA5</a>", true},
+        {"x<a>", false}, {" x </a>", false},   {"\xC3\xA9<a>", false},
+        {"", true},      {" \t", true},        {" x", false},
+    };
+    for (const auto& [text, space] : rows) {
+        const XMLFlatText flat(from_bytes(text));
+        EXPECT_EQ(next_tag(flat.get_chars(), 0).space_before, space) << text;
+    }
+}
+
+TEST(XMLTagScan, ExpectedNameChangesNothing)
+{
+    for (const char* text : {"</ab>", "</a>", "</abc>", "</ab >", "</ab", "</ab/>", "</ab c=1>",
+                             "<ab>", "x</ab>y", "< / ab >", "</xy>"}) {
+        const XMLFlatText flat(from_bytes(text));
+        const XMLFlatText expected(AString("ab"));
+        const XMLTag plain = next_tag(flat.get_chars(), 0);
+        const XMLTag quick = next_tag(flat.get_chars(), 0, expected.get_chars());
+        EXPECT_EQ(quick.kind, plain.kind) << text;
+        EXPECT_EQ(quick.start, plain.start) << text;
+        EXPECT_EQ(quick.end, plain.end) << text;
+        EXPECT_EQ(text_of(quick.name), text_of(plain.name)) << text;
+    }
+}
