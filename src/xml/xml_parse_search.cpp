@@ -57,21 +57,22 @@ bool XMLTagSearch::find_candidate(std::string_view name, const unsigned char* by
 {
     const unsigned char first = name.empty() ? '>' : static_cast<unsigned char>(name.front());
     const unsigned char* const bytes_end = bytes + count;
-    const unsigned char* at = bytes + start;
-    for (; at < bytes + limit; ++at) {
-        at = static_cast<const unsigned char*>(std::memchr(at, '<', bytes + limit - at));
+    for (std::uint64_t from = start; from < limit;) {
+        const auto* at =
+            static_cast<const unsigned char*>(std::memchr(bytes + from, '<', limit - from));
         if (at == nullptr) {
             break;
         }
         const unsigned char* next = at + 1;
+        from = static_cast<std::uint64_t>(next - bytes);
         if (closing && next != bytes_end && *next == '/') {
             ++next;
         } else if (closing && next != bytes_end && !is_raw_space(*next)) {
             continue;
         }
         if (next == bytes_end || *next == first || is_raw_space(*next)) {
-            start = static_cast<std::uint64_t>(at - bytes);
-            end = start + 1;
+            start = from - 1;
+            end = from;
             expected = closing ? Expected::slash : Expected::name;
             matched = 0;
             return true;
