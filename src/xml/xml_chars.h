@@ -50,6 +50,7 @@ public:
     explicit XMLFlatText(const AString& string);
     XMLFlatText(const XMLFlatText&) = delete;
     XMLFlatText& operator=(const XMLFlatText&) = delete;
+    XMLFlatText(XMLFlatText&&) = default; // the characters stay where they are
 
     // The text of UTF-8 bytes, as AString::from_utf8 has it.
     void decode(const unsigned char* bytes, std::uint64_t count);
