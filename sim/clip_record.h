@@ -112,6 +112,9 @@ struct RecordField {
     Words words{};
     std::uint64_t lowest = 0;
 };
+template <class Record, class T>
+RecordField(std::string_view, std::string_view, T Record::*, Words = {}, std::uint64_t = 0)
+    -> RecordField<Record, T>;
 
 template <class Record>
 inline constexpr auto fields_of = nullptr;

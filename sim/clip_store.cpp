@@ -354,6 +354,9 @@ std::vector<StoreEvent> ClipStore::apply(const StoreChange& change)
     for (const auto& replacement : change.virtual_clips) {
         put(virtual_by_name, replacement);
     }
+    for (const MetadataChange& entry : change.metadata) {
+        metadata_tables.apply(entry);
+    }
     return events;
 }
 
@@ -366,7 +369,8 @@ std::string ClipStore::summary() const
     }
     return paragraph("Clips", labels) + paragraph("Directories", keys_of(directories)) +
            paragraph("Virtual clips", keys_of(virtual_by_name)) +
-           paragraph("Playlists", keys_of(lists_by_name));
+           paragraph("Playlists", keys_of(lists_by_name)) +
+           paragraph("Metadata databases", keys_of(metadata_tables.all()));
 }
 
 } // namespace veltosim

@@ -9,6 +9,7 @@
 #include <vector>
 
 #include "sim/clip_record.h"
+#include "sim/metadata.h"
 #include "sim/playlist.h"
 #include "sim/vclips.h"
 #include "sim/words.h"
@@ -37,8 +38,12 @@ struct StoreChange {
     std::vector<Replacement<ClipPtr>> clips;
     std::vector<Replacement<VirtualClipPtr>> virtual_clips;
     std::vector<std::string> directories; // made
+    std::vector<MetadataChange> metadata; // of one database; all set, or all erase
 
-    bool empty() const { return clips.empty() && virtual_clips.empty() && directories.empty(); }
+    bool empty() const
+    {
+        return clips.empty() && virtual_clips.empty() && directories.empty() && metadata.empty();
+    }
 };
 
 // What became of one name.
@@ -75,6 +80,7 @@ public:
     void add_virtual_clip(VirtualClip virtual_clip);
     void add_playlist(Playlist list);
     void add_directory(const std::string& name);
+    void add_metadata(const MetadataChange& entry) { metadata_tables.apply(entry); }
     void set_disk(const Disk& used_disk) { store_disk = used_disk; }
 
     // What can be played under a name. Clips and virtual clips have names of their own. All throw a
@@ -100,6 +106,8 @@ public:
     std::vector<std::string> clip_names(std::string_view in) const;
     // Those that were made by themselves.
     std::vector<std::string> made_directories() const;
+
+    const MetadataTables& metadata() const { return metadata_tables; }
 
     const Disk& disk() const { return store_disk; }
     std::uint64_t available() const; // bytes
@@ -134,6 +142,7 @@ private:
     ByName<VirtualClipPtr> virtual_by_name;
     ByName<Playlist> lists_by_name;
     ByName<Directory> directories;
+    MetadataTables metadata_tables;
     Disk store_disk;
     std::uint64_t used_fields = 0;
     std::uint64_t last_number = 0;

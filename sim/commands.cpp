@@ -9,6 +9,7 @@
 
 #include "sim/clip_commands.h"
 #include "sim/command_fields.h"
+#include "sim/metadata_commands.h"
 #include "sim/refusal.h"
 #include "sim/text.h"
 
@@ -252,23 +253,6 @@ void channel_report_register(Call& call)
                                            call.fields.get<ChannelReportType>("ChannelReportType"));
 }
 
-void watch_metadata_database(Call& call)
-{
-    constexpr std::size_t most = 1000;
-    if (call.registrations.metadata.size() >= most) {
-        throw Refusal(fmt::format("a client can watch {} metadata prefixes and no more", most));
-    }
-    call.registrations.metadata.emplace(call.fields.text("MetadataDatabase"),
-                                        call.fields.text("MetadataPrefix"));
-}
-
-void unwatch_metadata_database(Call& call)
-{
-    const std::string& database = call.fields.text("MetadataDatabase");
-    std::erase_if(call.registrations.metadata,
-                  [&](const auto& watch) { return watch.first == database; });
-}
-
 // The table. -------------------------------------------------------------------------------------
 
 std::vector<CommandRule> make_table()
@@ -285,7 +269,6 @@ std::vector<CommandRule> make_table()
           optional(word("ClipScope", clip_scope_words)), optional(u32("LoopIn")),
           optional(u32("LoopOut")), layer, flag("BlackOnCue")},
          cue_clip},
-        {"download_metadata", {}, nullptr},
         {"ee", {channel, edit_mask, auto_ee}, ee},
         {"gang_ee", {channel_set, edit_mask, auto_ee}, ee},
         {"gang_gotocmd", {channel_set, u32("GotoPosition"), min_latency}, go_to},
@@ -312,8 +295,6 @@ std::vector<CommandRule> make_table()
         {"list_play_now",
          {channel, u16("ListIndex"), roll, optional(i32("JogDistance"))},
          list_play_now},
-        {"metadata_erase", {}, nullptr},
-        {"metadata_set", {}, nullptr},
         {"play", {channel, speed, layer, min_latency}, play},
         {"precue",
          {channel, text("ClipID"), optional(word("PrecueCondition", precue_condition_words)),
@@ -331,12 +312,8 @@ std::vector<CommandRule> make_table()
           optional(word("FollowSpeed", follow_speed_words))},
          take},
         {"unload", {channel, layer}, unload},
-        {"unwatch_metadata_database", {short_text("MetadataDatabase")}, unwatch_metadata_database},
-        {"watch_metadata_database",
-         {short_text("MetadataDatabase"), optional(short_text("MetadataPrefix"))},
-         watch_metadata_database},
     };
-    for (const auto& more : {clip_commands(), virtual_clip_commands()}) {
+    for (const auto& more : {clip_commands(), virtual_clip_commands(), metadata_commands()}) {
         table.insert(table.end(), more.begin(), more.end());
     }
     return table;
@@ -349,9 +326,6 @@ const CommandRule& find_command(std::string_view name)
                                     [&](const CommandRule& rule) { return rule.name == name; });
     if (found == all.end()) {
         throw Refusal(fmt::format("there is no command {}", quote(name)));
-    }
-    if (!found->handler) {
-        throw Refusal(fmt::format("the command {} is not simulated by this server", quote(name)));
     }
     return *found;
 }
@@ -370,10 +344,15 @@ std::vector<std::string> answer(Station& station, Registrations& registrations,
     const CommandMessage message(command);
     Replies replies(message.xid());
     std::string refuser = station.name;
+    std::string name;
     try {
         const pugi::xml_node content = message.content();
-        const CommandRule& rule = find_command(content.name());
+        name = content.name();
+        const CommandRule& rule = find_command(name);
         refuser += fmt::format(": {}", rule.name);
+        if (const std::string* reason = station.faults.refusal(name)) {
+            throw Refusal(*reason);
+        }
         const Fields fields(content, rule.fields);
         Call call{station, registrations, fields, now, replies};
         station.note_use(now);
@@ -387,7 +366,7 @@ std::vector<std::string> answer(Station& station, Registrations& registrations,
         add_text(error, "ErrorMessage", fmt::format("{}: {}", refuser, refusal.what()));
         add_text(error, "ErrorCode", word_of(error_code_words, refusal.code));
     }
-    return replies.messages();
+    return station.faults.swallows_reply(name) ? std::vector<std::string>() : replies.messages();
 }
 
 } // namespace veltosim

@@ -27,13 +27,13 @@ using Handler = void (*)(Call&);
 struct CommandRule {
     std::string_view name;
     std::vector<FieldRule> fields;
-    Handler handler = nullptr; // none: the server knows the command, and refuses it
+    Handler handler;
 };
 
 std::span<const CommandRule> commands();
 
-// Obeys or refuses one complete command, and gives the messages that go back. Throws Junk if it is
-// none.
+// Obeys or refuses one complete command, and gives the messages that go back: none if the link is
+// to be dropped instead. Throws Junk if it is no command.
 std::vector<std::string> answer(Station& station, Registrations& registrations,
                                 std::string_view command, TimePoint now);
 

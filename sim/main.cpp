@@ -7,7 +7,10 @@
 
 #include <asio.hpp>
 #include <fmt/format.h>
+#include <unistd.h>
 
+#include "sim/control.h"
+#include "sim/faults.h"
 #include "sim/log.h"
 #include "sim/options.h"
 #include "sim/refusal.h"
@@ -62,6 +65,13 @@ int serve(const Options& options, Station& station)
     asio::io_context context(1);
     const Log log(options.trace);
     Server server(context, options.address, station, log, options.report_rate);
+
+    for (const std::string& line : options.faults) {
+        obey_control(station.faults, line);
+    }
+    const Control control(context, STDIN_FILENO, [&](const std::string& line) {
+        print(obey_control(station.faults, line) + "\n");
+    });
 
     asio::signal_set signals(context, SIGINT, SIGTERM);
     signals.async_wait([&](const std::error_code&, int) { server.stop(); });

@@ -11,6 +11,7 @@
 #include <CLI/CLI.hpp>
 #include <fmt/format.h>
 
+#include "sim/faults.h"
 #include "sim/scenario.h"
 #include "sim/text.h"
 
@@ -46,12 +47,20 @@ std::string footer()
            "deleted\n"
            "  after them. Stamps are milliseconds since 1970. Outside of a modification each edit\n"
            "  of a virtual clip counts at once, inside of one all count at its end.\n"
+           "\nControl\n"
+           "  Each line on standard input makes something go wrong, and is answered by one line "
+           "on\n"
+           "  standard output that begins with 'ok:' or 'error:'. The end of the input ends "
+           "nothing.\n"
+           "  Messages are counted as they are sent, replies and reports.\n" +
+           control_help() +
            "\nExamples\n"
            "  veltosim                                   a server at 127.0.0.1\n"
            "  veltosim --address 127.0.0.2 --name second another one beside it\n"
            "  veltosim --standard 1080_59_94i --clip race:18000:4 --trace\n"
            "  veltosim --print-scenario > mine.json      a file to begin one of your own from\n"
            "  veltosim --scenario mine.json --report-rate 10\n"
+           "  veltosim --fault 'refuse stop' --fault 'delay 200'\n"
            "  veltosim --store studio.db                 what clients change outlives the server\n"
            "\nExit codes\n"
            "  0 stopped by a signal, 2 bad option, 3 address in use, 4 other network failure,\n"
@@ -151,6 +160,18 @@ std::optional<FieldRate> to_report_rate(const std::optional<std::uint32_t>& hert
     return hertz ? std::optional(FieldRate{*hertz, 1}) : std::nullopt;
 }
 
+std::vector<std::string> to_faults(const std::vector<std::string>& lines)
+{
+    Faults trial;
+    for (const std::string& line : lines) {
+        const std::string answer = obey_control(trial, line);
+        if (!answer.starts_with("ok: ")) {
+            fail(fmt::format("--fault: {}", answer));
+        }
+    }
+    return lines;
+}
+
 // The command line as it was written.
 struct Written {
     std::string address = "127.0.0.1";
@@ -161,6 +182,7 @@ struct Written {
     bool print_scenario = false;
     std::vector<std::string> clips;
     std::optional<std::uint32_t> report_rate;
+    std::vector<std::string> faults;
     bool trace = false;
 };
 
@@ -192,6 +214,10 @@ void declare(CLI::App& app, Written& written)
                    "One more clip, NAME:LENGTH[:ANGLES], the length in fields; repeatable")
         ->allow_extra_args(false)
         ->take_all();
+    app.add_option("--fault", written.faults,
+                   "A line of control to begin with, such as 'refuse stop'; repeatable")
+        ->allow_extra_args(false)
+        ->take_all();
     app.add_flag("--trace", written.trace,
                  "Log each message on standard error, with time, client and direction");
 }
@@ -205,6 +231,7 @@ Options to_options(const Written& written)
             written.store,
             to_clips(written.clips),
             to_report_rate(written.report_rate),
+            to_faults(written.faults),
             written.trace};
 }
 

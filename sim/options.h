@@ -31,6 +31,7 @@ struct Options {
     std::string store;    // a file; empty: in memory
     std::vector<Clip> clips;
     std::optional<FieldRate> report_rate;
+    std::vector<std::string> faults; // lines of control
     bool trace = false;
 };
 

@@ -182,10 +182,30 @@ std::vector<ChannelLoad> read_channels(const std::vector<LocatedJson>& array,
     return loads;
 }
 
+const LocatedJson& required_object(const LocatedJson& json, std::string_view allowed)
+{
+    if (!json.value.is_object()) {
+        refuse(json, allowed);
+    }
+    return json;
+}
+
+void read_databases(const LocatedJson& json, ClipStore& store)
+{
+    for (const LocatedJson& database : required_object(json, "an object of databases").items) {
+        for (const LocatedJson& entry : required_object(database, "an object of texts").items) {
+            const std::string value = to_text(entry);
+            at_line(entry.line, [&] { check_entry_size(database.key, entry.key, value); });
+            store.add_metadata({database.key, entry.key, value});
+        }
+    }
+}
+
 Scenario to_scenario(const LocatedJson& json)
 {
-    const Entry root(json, "the scenario",
-                     {"disk", "directories", "clips", "vclips", "playlists", "channels"});
+    const Entry root(
+        json, "the scenario",
+        {"disk", "directories", "clips", "vclips", "playlists", "metadata", "channels"});
     Scenario scenario;
     ClipStore& store = scenario.clips;
     if (const LocatedJson* disk = root.find("disk")) {
@@ -210,6 +230,9 @@ Scenario to_scenario(const LocatedJson& json)
             check_playlist(json_list, list, store);
         },
         [&](Playlist list) { store.add_playlist(std::move(list)); });
+    if (const LocatedJson* databases = root.find("metadata")) {
+        read_databases(*databases, store);
+    }
     scenario.channels = read_channels(root.array("channels"), store);
     return scenario;
 }

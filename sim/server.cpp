@@ -33,9 +33,21 @@ Server::Server(asio::io_context& used_context, const asio::ip::address_v4& addre
       source(served_station, report_rate.value_or(served_station.standard.field_rate)),
       field_timer(used_context)
 {
+    station.faults.drop_links = [this] {
+        return for_each_session([](Session& session) { session.drop(); });
+    };
+    station.faults.send_to_links = [this](const std::string& text) {
+        return for_each_session([&](Session& session) { session.send_garbage(text); });
+    };
     // The acceptor's constructor reuses an address at which old connections still wait for their
     // end.
     accept();
+}
+
+Server::~Server()
+{
+    station.faults.drop_links = nullptr;
+    station.faults.send_to_links = nullptr;
 }
 
 void Server::stop()
@@ -97,12 +109,20 @@ void Server::report(ReportRound round)
     }
 }
 
+std::size_t Server::for_each_session(const std::function<void(Session&)>& action)
+{
+    const std::size_t count = sessions.size();
+    for (auto entry = sessions.begin(); entry != sessions.end();) {
+        const auto session = (entry++)->second; // it may leave the sessions
+        action(*session);
+    }
+    return count;
+}
+
 void Server::tell(const std::vector<News>& news)
 {
-    // Whoever is dropped leaves the sessions.
-    for (auto entry = sessions.begin(); !news.empty() && entry != sessions.end();) {
-        const auto session = (entry++)->second;
-        session->tell(news);
+    if (!news.empty()) {
+        for_each_session([&](Session& session) { session.tell(news); });
     }
 }
 

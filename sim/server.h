@@ -1,6 +1,8 @@
 #pragma once
 
+#include <cstddef>
 #include <cstdint>
+#include <functional>
 #include <map>
 #include <memory>
 #include <optional>
@@ -27,6 +29,9 @@ public:
     Server(asio::io_context& used_context, const asio::ip::address_v4& address,
            Station& served_station, const Log& used_log,
            const std::optional<FieldRate>& report_rate = {});
+    ~Server();
+    Server(const Server&) = delete;
+    Server& operator=(const Server&) = delete;
 
     // Listens no more and closes all connections; the context then runs out of work.
     void stop();
@@ -36,6 +41,7 @@ private:
     void on_accept(const std::error_code& error, asio::ip::tcp::socket connection);
     bool reports_wanted() const;
     void report(ReportRound round);
+    std::size_t for_each_session(const std::function<void(Session&)>& action);
     void tell(const std::vector<News>& news);
     void note_use(TimePoint now);
     void report_command(TimePoint now);

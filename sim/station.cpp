@@ -52,7 +52,10 @@ void Station::commit(const StoreChange& change)
         file->write(change);
     }
     for (const StoreEvent& event : clips.apply(change)) {
-        news.push_back(to_news(event));
+        news.emplace_back(to_news(event));
+    }
+    if (!change.metadata.empty()) {
+        news.emplace_back(MetadataNews(change.metadata));
     }
 }
 

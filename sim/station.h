@@ -12,6 +12,7 @@
 
 #include "sim/channel.h"
 #include "sim/clip_store.h"
+#include "sim/faults.h"
 #include "sim/news.h"
 #include "sim/reports.h"
 #include "sim/standards.h"
@@ -40,6 +41,7 @@ public:
     ClipStore clips;
     std::vector<Channel> channels;        // A to L
     std::function<std::uint64_t()> clock; // milliseconds since 1970
+    Faults faults;
 
     // The time for a clip's record; no two are the same.
     std::uint64_t stamp();

@@ -20,13 +20,15 @@ namespace
 constexpr std::int64_t application = 0x76737472;
 constexpr std::int64_t version = 1;
 
-constexpr const char* schema =
-    "CREATE TABLE clips (number INTEGER PRIMARY KEY, record TEXT NOT NULL);"
-    "CREATE TABLE virtual_clips (name TEXT PRIMARY KEY, record TEXT NOT "
-    "NULL);"
-    "CREATE TABLE playlists (name TEXT PRIMARY KEY, record TEXT NOT NULL);"
-    "CREATE TABLE directories (name TEXT PRIMARY KEY);"
-    "CREATE TABLE disk (total INTEGER, field_size INTEGER);";
+constexpr const char* schema = R"(
+CREATE TABLE clips (number INTEGER PRIMARY KEY, record TEXT NOT NULL);
+CREATE TABLE virtual_clips (name TEXT PRIMARY KEY, record TEXT NOT NULL);
+CREATE TABLE playlists (name TEXT PRIMARY KEY, record TEXT NOT NULL);
+CREATE TABLE directories (name TEXT PRIMARY KEY);
+CREATE TABLE metadata (folder TEXT, key TEXT, value TEXT NOT NULL,
+                       PRIMARY KEY (folder, key)) WITHOUT ROWID;
+CREATE TABLE disk (total INTEGER, field_size INTEGER);
+)";
 
 // Each commit waits for the disk, so that a reply that follows it is never taken back.
 constexpr const char* settings = "PRAGMA journal_mode = WAL; PRAGMA synchronous = FULL;";
@@ -96,7 +98,18 @@ struct StoreFile::Tables {
         put_virtual_clip.emplace(
             database.prepare("INSERT OR REPLACE INTO virtual_clips VALUES (?, ?)"));
         drop_virtual_clip.emplace(database.prepare("DELETE FROM virtual_clips WHERE name = ?"));
+        put_entry.emplace(database.prepare("INSERT OR REPLACE INTO metadata VALUES (?, ?, ?)"));
+        drop_entry.emplace(database.prepare("DELETE FROM metadata WHERE folder = ? AND key = ?"));
         put_directory.emplace(database.prepare("INSERT OR IGNORE INTO directories VALUES (?)"));
+    }
+
+    void put(const MetadataChange& entry)
+    {
+        if (entry.value) {
+            put_entry->bind(entry.database).bind(entry.key).bind(*entry.value).run();
+        } else {
+            drop_entry->bind(entry.database).bind(entry.key).run();
+        }
     }
 
     template <class Action>
@@ -136,6 +149,9 @@ struct StoreFile::Tables {
                 drop_virtual_clip->bind(before->name).run();
             }
         }
+        for (const MetadataChange& entry : change.metadata) {
+            put(entry);
+        }
     }
 
     void seed(const ClipStore& store)
@@ -148,6 +164,11 @@ struct StoreFile::Tables {
         }
         for (const std::string& directory : store.made_directories()) {
             put_directory->bind(directory).run();
+        }
+        for (const auto& [folder, table] : store.metadata().all()) {
+            for (const auto& [key, value] : table) {
+                put(MetadataChange{folder, key, value});
+            }
         }
         Statement put_list = database.prepare("INSERT INTO playlists VALUES (?, ?)");
         for (const auto& [name, list] : store.playlists()) {
@@ -177,6 +198,9 @@ struct StoreFile::Tables {
         for_each("SELECT record FROM playlists", [&](const Statement& row) {
             store.add_playlist(read_playlist(parse_json(row.text(0))));
         });
+        for_each("SELECT folder, key, value FROM metadata", [&](const Statement& row) {
+            store.add_metadata({row.text(0), row.text(1), row.text(2)});
+        });
         for_each("SELECT name FROM directories",
                  [&](const Statement& row) { store.add_directory(row.text(0)); });
         return store;
@@ -188,6 +212,8 @@ struct StoreFile::Tables {
     std::optional<Statement> put_virtual_clip;
     std::optional<Statement> drop_virtual_clip;
     std::optional<Statement> put_directory;
+    std::optional<Statement> put_entry;
+    std::optional<Statement> drop_entry;
 };
 
 StoreFile::StoreFile(const std::string& file_name) : name(file_name)

@@ -4,6 +4,8 @@
 #include <cstdint>
 #include <string>
 #include <string_view>
+#include <utility>
+#include <variant>
 #include <vector>
 
 #include <gtest/gtest.h>
@@ -64,12 +66,23 @@ protected:
     {
         return station.channels.at(static_cast<std::size_t>(letter - 'A')).view(start + time);
     }
-    // The reports about the store since the last call, in their order.
+    // The reports since the last call, in their order: all about clips and directories, and what
+    // this client's watches see of the metadata.
     std::vector<std::string> told()
     {
         std::vector<std::string> reports;
         for (const News& item : station.take_news()) {
-            reports.push_back(item.message);
+            if (const auto* store_news = std::get_if<StoreNews>(&item)) {
+                reports.push_back(store_news->message);
+                continue;
+            }
+            const auto& news = std::get<MetadataNews>(item);
+            for (const auto& [database, prefix] : registrations.metadata) {
+                if (database == news.database()) {
+                    const auto& more = news.reports(prefix);
+                    reports.insert(reports.end(), more.begin(), more.end());
+                }
+            }
         }
         return reports;
     }

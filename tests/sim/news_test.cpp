@@ -28,7 +28,7 @@ TEST(News, EachEventIsAReportOfItsKind)
          "</report>"},
     };
     for (const Case& row : cases) {
-        const News news = to_news({row.kind, "a&b"});
+        const StoreNews news = to_news({row.kind, "a&b"});
         EXPECT_EQ(news.type, row.type);
         EXPECT_EQ(news.message, row.message);
     }

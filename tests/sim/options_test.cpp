@@ -53,10 +53,11 @@ TEST(Options, HaveDefaults)
 
 TEST(Options, AreRead)
 {
-    const auto [options, exit_code, out, err] =
-        read({"--address", "127.1.2.3", "--standard", "720_60p", "--name", "b\xC3\xBChne", "--clip",
-              "race:18000:4", "--clip", "two words:1", "--trace", "--scenario", "mine.json",
-              "--report-rate", "10", "--store", "studio.db"});
+    const auto [options, exit_code, out, err] = read(
+        {"--address", "127.1.2.3",     "--standard", "720_60p",     "--name",    "b\xC3\xBChne",
+         "--clip",    "race:18000:4",  "--clip",     "two words:1", "--trace",   "--scenario",
+         "mine.json", "--report-rate", "10",         "--store",     "studio.db", "--fault",
+         "delay 5",   "--fault",       "refuse stop"});
     ASSERT_TRUE(options);
     EXPECT_EQ(options->address.to_string(), "127.1.2.3");
     EXPECT_EQ(options->standard->name, "720_60p");
@@ -64,6 +65,7 @@ TEST(Options, AreRead)
     EXPECT_TRUE(options->trace);
     EXPECT_EQ(options->scenario, "mine.json");
     EXPECT_EQ(options->store, "studio.db");
+    EXPECT_EQ(options->faults, (std::vector<std::string>{"delay 5", "refuse stop"}));
     ASSERT_TRUE(options->report_rate);
     EXPECT_EQ(options->report_rate->fields, 10u);
     EXPECT_EQ(options->report_rate->seconds, 1u);
@@ -100,6 +102,8 @@ TEST(Options, BadOnesAreRefusedWithAReason)
         {{"--report-rate", "0"}, "--report-rate: 0 is no rate; 1 to 1000 are allowed"},
         {{"--report-rate", "1001"}, "--report-rate: 1001 is no rate"},
         {{"--report-rate", "x"}, "--report-rate"},
+        {{"--fault", "delay x"}, "--fault: error: 'x' is no number from 0 to 3600000"},
+        {{"--fault", "drop now"}, "--fault: error: there are no links yet"},
         {{"--port", "1"}, "--port"},
         {{"extra"}, "extra"},
     };
@@ -117,9 +121,10 @@ TEST(Options, HelpAndVersionEndWell)
     const Reading help = read({"--help"});
     EXPECT_FALSE(help.options);
     EXPECT_EQ(help.exit_code, exit_ok);
-    for (const char* text : {"--address", "--clip", "8913", "sport_goal (4 angles)", "headlines",
-                             "evening_news", "--scenario", "--report-rate", "Exit codes",
-                             "5 bad scenario", "--store", "6 the store cannot be used"}) {
+    for (const char* text :
+         {"--address", "--clip", "8913", "sport_goal (4 angles)", "headlines", "evening_news",
+          "--scenario", "--report-rate", "Exit codes", "5 bad scenario", "--store",
+          "6 the store cannot be used", "--fault", "drop before-reply [COMMAND]"}) {
         EXPECT_NE(help.out.find(text), std::string::npos) << text;
     }
     const Reading version = read({"--version"});

@@ -131,6 +131,14 @@ TEST(Scenario, DiskAndDirectoriesAreRead)
     EXPECT_EQ(scenario.clips.made_directories(), std::vector<std::string>{"a/b"});
 }
 
+TEST(Scenario, MetadataDatabasesAreRead)
+{
+    const Scenario scenario =
+        parse_scenario(R"({"metadata": {"db": {"b": "2", "a": ""}, "empty": {}}})", "mine.json");
+    EXPECT_EQ(scenario.clips.metadata().table("db"), (MetadataTable{{"a", ""}, {"b", "2"}}));
+    EXPECT_TRUE(scenario.clips.metadata().table("empty").empty());
+}
+
 TEST(Scenario, ChannelsThatCannotBeLoadedAreLeftOut)
 {
     Scenario scenario =
@@ -170,7 +178,7 @@ TEST(Scenario, ErrorsTellFileLineAndReason)
         {"[]", "1: this holds '[]'; allowed is an object, the scenario"},
         {"{\n\"clip\": []}",
          "2: there is no key 'clip' in the scenario; its keys are disk, directories, clips, "
-         "vclips, playlists, channels"},
+         "vclips, playlists, metadata, channels"},
         {"{\"clips\": 5}", "1: 'clips' holds '5'; allowed is an array"},
         {"{\"clips\": [\n5]}", "2: this holds '5'; allowed is an object, a clip"},
         {"{\"clips\": [{\"name\": \"a\", \"length\": 5,\n\"lenght\": 5}]}",
@@ -231,6 +239,11 @@ TEST(Scenario, ErrorsTellFileLineAndReason)
         {"{\"clips\": [\n{\"name\": \"a\", \"length\": 1, \"title\": \"" + std::string(40000, 'x') +
              "\"}]}",
          "2: the record of clip 'a' would take 40564 bytes; a message holds 30720"},
+        {"{\"metadata\": {\n\"db\": {\"k\": 5}}}", "2: 'k' holds '5'; allowed is a text"},
+        {"{\"metadata\": {\n\"db\": []}}", "2: 'db' holds '[]'; allowed is an object of texts"},
+        {"{\"metadata\": 5}", "1: 'metadata' holds '5'; allowed is an object of databases"},
+        {"{\"metadata\": {\"db\": {\"k\": \"\",\n\"long\": \"" + std::string(40000, 'x') + "\"}}}",
+         "2: key 'long' would take 40070 bytes with its value; a message holds 30720"},
         {two_clips + "\"vclips\": [\n{\"name\": \"v\", \"length\": 10, \"tracks\": [{\"type\": "
                      "\"video\", \"segments\": [{\"clip\": \"none\", \"length\": 1}]}]}]}",
          "5: there is no clip 'none'; there are: 'one', 'two'"},

@@ -66,6 +66,11 @@ protected:
         }
     }
 
+    void control(const std::string& line)
+    {
+        EXPECT_EQ(obey_control(station.faults, line).substr(0, 4), "ok: ") << line;
+    }
+
     tcp::socket connect()
     {
         tcp::socket client(context);
@@ -420,6 +425,140 @@ TEST_F(ServerTest, AClientThatDoesNotReadItsNewsIsDropped)
         last = next_report(silent);
         ASSERT_TRUE(last == "(closed)" || last.ends_with("</report>")) << last;
     }
+}
+
+TEST_F(ServerTest, MetadataIsToldToAllWatchersTheWriterIncluded)
+{
+    Listener writer{connect(), {}};
+    Listener watcher{connect(), {}};
+    const std::string database = "<MetadataDatabase>db</MetadataDatabase>";
+    const std::string watch = "<watch_metadata_database>" + database + "</watch_metadata_database>";
+    EXPECT_EQ(ask(writer, command(1, watch)), ok(1));
+    EXPECT_EQ(ask(watcher, command(1, watch)), ok(1));
+    const std::string pair = "<MetadataList><Metadata><Key>k</Key><Value>v</Value></Metadata>"
+                             "</MetadataList>";
+    EXPECT_EQ(ask(writer, command(2, "<metadata_set>" + database + pair + "</metadata_set>")),
+              ok(2));
+    const std::string change = "<report><metadata_change>" + database +
+                               "<MetadataPrefix></MetadataPrefix>" + pair +
+                               "</metadata_change></report>";
+    EXPECT_EQ(next_report(writer), change);
+    EXPECT_EQ(next_report(watcher), change);
+    EXPECT_EQ(ask(watcher, command(2, "<unwatch_metadata_database>" + database +
+                                          "</unwatch_metadata_database>")),
+              ok(2));
+    EXPECT_EQ(ask(writer, command(3, "<metadata_erase>" + database +
+                                         "<KeyList><Key>k</Key></KeyList></metadata_erase>")),
+              ok(3));
+    EXPECT_EQ(next_report(writer), "<report><metadata_remove>" + database +
+                                       "<MetadataPrefix></MetadataPrefix><KeyList><Key>k</Key>"
+                                       "</KeyList></metadata_remove></report>");
+    EXPECT_EQ(ask(watcher, command(3, stop_a)), ok(3)) << "it watches no more";
+}
+
+TEST_F(ServerTest, ALinkIsDroppedBehindAMessage)
+{
+    tcp::socket client = connect();
+    tcp::socket other = connect();
+    EXPECT_EQ(ask(other, command(1, stop_a)), ok(1));
+    control("drop after 2");
+    asio::write(client, asio::buffer(command(1, stop_a) + command(2, stop_a) + command(3, cue_a)));
+    EXPECT_EQ(receive(client, "nothing that comes"), ok(1) + ok(2) + "(closed)");
+    EXPECT_EQ(ask(other, command(2, stop_a)), ok(2));
+    EXPECT_NE(ask(other, command(3, play_a)).find("nothing loaded"), std::string::npos)
+        << "what came behind is not obeyed";
+    tcp::socket again = connect();
+    EXPECT_EQ(ask(again, command(1, stop_a)), ok(1));
+}
+
+TEST_F(ServerTest, ALinkIsDroppedInTheMiddleOfAList)
+{
+    tcp::socket client = connect();
+    control("drop after 2");
+    asio::write(client, asio::buffer(command(1, "<download_listids />")));
+    EXPECT_EQ(receive(client, "nothing that comes"),
+              "<reply><xid>1</xid><listid><ListID>evening_news</ListID></listid></reply>"
+              "<reply><xid>1</xid><listid><ListID>idents</ListID></listid></reply>(closed)");
+}
+
+TEST_F(ServerTest, EachLinkIsDroppedBehindItsMessages)
+{
+    control("drop every 2");
+    for (int i = 0; i < 3; ++i) {
+        tcp::socket client = connect();
+        EXPECT_EQ(ask(client, command(1, stop_a)), ok(1));
+        asio::write(client, asio::buffer(command(2, stop_a)));
+        EXPECT_EQ(receive(client, "nothing that comes"), ok(2) + "(closed)");
+    }
+}
+
+TEST_F(ServerTest, ALinkIsDroppedBetweenACommandAndItsReply)
+{
+    tcp::socket client = connect();
+    Listener other{connect(), {}};
+    EXPECT_EQ(ask(other, command(1, "<report_register><ReportType>directory_change</ReportType>"
+                                    "</report_register>")),
+              ok(1));
+    control("drop before-reply create_directory");
+    asio::write(client, asio::buffer(command(1, stop_a) +
+                                     command(2, "<create_directory><DirectoryName>d</DirectoryName>"
+                                                "</create_directory>")));
+    EXPECT_EQ(receive(client, "nothing that comes"), ok(1) + "(closed)");
+    EXPECT_EQ(next_report(other), "<report><directory_created><DirectoryName>d</DirectoryName>"
+                                  "</directory_created></report>");
+}
+
+TEST_F(ServerTest, AllLinksAreDroppedAtOnce)
+{
+    tcp::socket first = connect();
+    tcp::socket second = connect();
+    EXPECT_EQ(ask(first, command(1, stop_a)), ok(1));
+    EXPECT_EQ(ask(second, command(1, stop_a)), ok(1));
+    EXPECT_EQ(obey_control(station.faults, "drop now"), "ok: 2 links are dropped");
+    EXPECT_EQ(receive(first, "nothing that comes"), "(closed)");
+    EXPECT_EQ(receive(second, "nothing that comes"), "(closed)");
+}
+
+TEST_F(ServerTest, WritesInPiecesArriveWhole)
+{
+    tcp::socket client = connect();
+    control("split 7");
+    std::string commands;
+    std::string replies;
+    for (int xid = 1; xid <= 100; ++xid) {
+        commands += command(xid, stop_a);
+        replies += ok(xid);
+    }
+    asio::write(client, asio::buffer(commands));
+    EXPECT_EQ(receive(client, ok(100)), replies);
+}
+
+TEST_F(ServerTest, GarbageIsSentBehindAMessageAndAtOnce)
+{
+    tcp::socket client = connect();
+    control("garbage after 1 <<x>");
+    asio::write(client, asio::buffer(command(1, stop_a) + command(2, stop_a)));
+    EXPECT_EQ(receive(client, ok(2)), ok(1) + "<<x>" + ok(2));
+    EXPECT_EQ(obey_control(station.faults, "garbage"), "ok: 1 links got garbage");
+    EXPECT_EQ(receive(client, "</reply>"), "<reply><xid>garbage</reply>");
+}
+
+TEST_F(ServerTest, EverythingComesLateAndInOrder)
+{
+    tcp::socket client = connect();
+    control("delay 200");
+    const auto begin = std::chrono::steady_clock::now();
+    asio::write(client, asio::buffer(command(1, stop_a)));
+    EXPECT_EQ(receive(client, ok(1)), ok(1));
+    EXPECT_GE(std::chrono::steady_clock::now() - begin, 200ms);
+
+    asio::write(client, asio::buffer(command(2, stop_a)));
+    context.restart();
+    context.run_one_for(longest_wait); // until it is obeyed: the reply waits now
+    control("clear");
+    asio::write(client, asio::buffer(command(3, stop_a)));
+    client.shutdown(tcp::socket::shutdown_send);
+    EXPECT_EQ(receive(client, "nothing that comes"), ok(2) + ok(3) + "(closed)");
 }
 
 TEST_F(ServerTest, PositionsGoOnComingWhileAChannelMoves)

@@ -34,6 +34,11 @@ std::string content(const ClipStore& store)
     for (const std::string& name : store.directory_names()) {
         text += name + "\n";
     }
+    for (const auto& [database, table] : store.metadata().all()) {
+        for (const auto& [key, value] : table) {
+            text += database + ": " + key + "=" + value + "\n";
+        }
+    }
     return text + std::to_string(store.disk().total) + " " + std::to_string(store.available());
 }
 
@@ -105,13 +110,22 @@ TEST_F(StoreFileTest, ChangesComeBack)
         change.virtual_clips.push_back(
             {nullptr, std::make_shared<const VirtualClip>(VirtualClip{"v", "", 5, {}, {}})});
         change.directories.push_back("made/deep");
+        change.metadata.push_back({"operators", "studio 1", {}});
+        change.metadata.push_back({"operators", "unknown", {}});
         station.commit(change);
+        EXPECT_EQ(station.take_news().size(), 8u);
+        StoreChange set;
+        set.metadata.push_back({"new", "", " \x01\n"});
+        set.metadata.push_back({"operators", "studio 2", "Edith"});
+        station.commit(set);
         expected = content(station.clips);
-        EXPECT_EQ(station.take_news().size(), 7u);
     }
     EXPECT_EQ(content(StoreFile(file).load()), expected);
     EXPECT_NE(expected.find("\"new/clip\""), std::string::npos);
     EXPECT_NE(expected.find("made/deep\n"), std::string::npos);
+    EXPECT_NE(expected.find("new: = \x01\n"), std::string::npos);
+    EXPECT_NE(expected.find("operators: studio 2=Edith\n"), std::string::npos);
+    EXPECT_EQ(expected.find("studio 1"), std::string::npos);
 }
 
 TEST_F(StoreFileTest, ANewClipGetsANumberThatNoOtherHas)

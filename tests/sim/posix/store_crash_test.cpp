@@ -60,6 +60,8 @@ protected:
             commands += "<cmd><xid>2</xid><get_clip_info><ClipID>" + clip +
                         "</ClipID></get_clip_info></cmd>";
         }
+        commands += "<cmd><xid>3</xid><download_metadata><MetadataDatabase>operators"
+                    "</MetadataDatabase></download_metadata></cmd>";
         return tell(commands + "<cmd><xid>last</xid><stop><Channel>A</Channel></stop></cmd>",
                     "<xid>last</xid><ok/></reply>");
     }
@@ -86,11 +88,14 @@ TEST_F(StoreCrashTest, WhatWasAcknowledgedSurvivesAKilledServer)
                     "<Title>Rain &lt;again&gt;</Title><MetadataList><Metadata><Key>k</Key>"
                     "<Value>v</Value></Metadata></MetadataList></ClipAttrChange>"
                     "</modify_clip_attributes>") +
+            command("<metadata_set><MetadataDatabase>operators</MetadataDatabase><MetadataList>"
+                    "<Metadata><Key>studio 3</Key><Value>Edith</Value></Metadata></MetadataList>"
+                    "</metadata_set>") +
             command("<cue_clip><Channel>B</Channel><ClipID>interview</ClipID></cue_clip>") +
             "<cmd><xid>last</xid><rename_clip><FromID>station_ident</FromID><ToID>ident</ToID>"
             "</rename_clip></cmd>";
         std::string acknowledged;
-        for (int i = 0; i < 5; ++i) {
+        for (int i = 0; i < 6; ++i) {
             acknowledged += "<reply><xid>0</xid><ok/></reply>";
         }
         acknowledged += "<reply><xid>last</xid><ok/></reply>";
@@ -100,6 +105,7 @@ TEST_F(StoreCrashTest, WhatWasAcknowledgedSurvivesAKilledServer)
     }
     EXPECT_NE(before.find("<Title>Rain &lt;again&gt;</Title>"), std::string::npos);
     EXPECT_NE(before.find("<ClipID>kept/clip</ClipID>"), std::string::npos);
+    EXPECT_NE(before.find("<Value>Edith</Value>"), std::string::npos);
     Program again(arguments());
     // Channels that the scenario loads are loaded again, which their clips' records tell.
     EXPECT_EQ(picture(), before);
