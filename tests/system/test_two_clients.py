@@ -9,7 +9,6 @@ import sys
 import threading
 import unittest
 
-
 from simulator import FAILED, Client, Simulator, play
 
 SIMULATOR, LIBRARY = sys.argv[1:3]
