@@ -6,12 +6,23 @@
 
 #include <cstddef>
 #include <new>
+#include <type_traits>
 #include <utility>
+
+// A class with a type `IsPooled` has its blocks from the pool.
+template <typename T>
+concept Pooled = requires
+{
+    typename T::IsPooled;
+};
+
+struct HeapMemory {
+};
 
 // The heap block behind an ARef: the count stands in front of the object, which needs no base
 // class.
 template <typename T>
-class ARefBlock
+class ARefBlock : public std::conditional_t<Pooled<T>, PooledMemory<ARefBlock<T>>, HeapMemory>
 {
 public:
     template <typename... Arguments>
@@ -60,40 +71,10 @@ public:
 
     static constexpr std::uint32_t permanent = 0x80000000u;
 
-    // From the pool where the class says so.
-    static void* operator new(std::size_t size, const std::nothrow_t&) noexcept
-    {
-        if constexpr (is_pooled) {
-            if (void* block = pool().take()) {
-                return block;
-            }
-            size = pooled_size(sizeof(ARefBlock));
-        }
-        return ::operator new(size, std::nothrow);
-    }
-
-    static void operator delete(void* memory) noexcept
-    {
-        if constexpr (is_pooled) {
-            if (pool().give(memory)) {
-                return;
-            }
-        }
-        ::operator delete(memory);
-    }
-
-    static void operator delete(void* memory, const std::nothrow_t&) noexcept
-    {
-        operator delete(memory);
-    }
-
     std::atomic<std::uint32_t> reference_count{0};
     T object;
 
 private:
-    static constexpr bool is_pooled = requires { typename T::IsPooled; };
-    static auto& pool() { return block_pool<pooled_size(sizeof(ARefBlock))>; }
-
     static constexpr std::size_t offsetof_object()
     {
         constexpr std::size_t behind_count = sizeof(std::atomic<std::uint32_t>);

@@ -110,3 +110,33 @@ constexpr std::size_t pooled_size(std::size_t bytes)
 
 template <std::size_t Bytes>
 inline constinit BlockPool<Bytes, 4096> block_pool{};
+
+// The memory of a class whose objects come from the pool.
+template <typename Object>
+struct PooledMemory {
+    static void* operator new(std::size_t, const std::nothrow_t&) noexcept
+    {
+        void* memory = pool().take();
+        return memory != nullptr ? memory
+                                 : ::operator new(pooled_size(sizeof(Object)), std::nothrow);
+    }
+
+    static void operator delete(void* memory) noexcept
+    {
+        if (!pool().give(memory)) {
+            ::operator delete(memory);
+        }
+    }
+
+    static void operator delete(void* memory, const std::nothrow_t&) noexcept
+    {
+        operator delete(memory);
+    }
+
+private:
+    static auto& pool()
+    {
+        static_assert(alignof(Object) <= __STDCPP_DEFAULT_NEW_ALIGNMENT__);
+        return block_pool<pooled_size(sizeof(Object))>;
+    }
+};
