@@ -65,11 +65,7 @@ public:
 
     Texts changes()
     {
-        Texts all;
-        for (std::string next = change(); next != "Timeout"; next = change()) {
-            all.push_back(next);
-        }
-        return all;
+        return changes_until_timeout([this] { return change(); });
     }
 };
 
