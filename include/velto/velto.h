@@ -142,7 +142,7 @@
 extern "C" {
 #endif
 
-/** One UTF-16 unit of a text; VELTO_TEXT("...") is a literal of such units. */
+/** One UTF-16 unit of a text. */
 #ifdef _WIN32
 typedef wchar_t VeltoChar;
 #define VELTO_TEXT_UNITS(literal) L##literal
@@ -154,6 +154,7 @@ typedef char16_t VeltoChar;
 #define VELTO_EXPORTED __attribute__((visibility("default")))
 #define VELTO_IMPORTED VELTO_EXPORTED
 #endif
+/** A text of VeltoChar units from a literal: VELTO_TEXT("news_open"). */
 #define VELTO_TEXT(literal) VELTO_TEXT_UNITS(literal)
 
 /* VELTO_BUILDING_LIBRARY is for the library itself, VELTO_STATIC for what links its objects. */
