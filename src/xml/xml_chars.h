@@ -17,8 +17,8 @@ inline bool is_blank(XMLChars text)
 
 inline bool same_chars(XMLChars a, XMLChars b)
 {
-    return a.size() == b.size() &&
-           (a.data() == b.data() || std::memcmp(a.data(), b.data(), a.size_bytes()) == 0);
+    return a.size() == b.size() && (a.data() == b.data() || a.empty() ||
+                                    std::memcmp(a.data(), b.data(), a.size_bytes()) == 0);
 }
 
 XMLChars trim_left(XMLChars text);
