@@ -1,6 +1,7 @@
 #include "foundation/astring.h"
 
 #include "foundation/astring_model.h"
+#include "foundation/no_destructor.h"
 #include "support/assert_watch.h"
 #include "support/astring_printer.h"
 
@@ -556,7 +557,8 @@ TEST(AStringTrim, TrimmedTextIsNotCopied)
 
 TEST(AStringStorage, CopiesOfAPermanentTextAreNotCounted)
 {
-    static const AString text("kept for good");
+    static const NoDestructor<AString> kept("kept for good");
+    const AString& text = *kept;
     text.make_permanent();
     const AString copy = text.left(4);
     EXPECT_TRUE(share(copy, text));
