@@ -3,7 +3,10 @@
 #include <algorithm>
 #include <iterator>
 #include <optional>
+#include <string>
+#include <unordered_set>
 #include <utility>
+#include <vector>
 
 #include <fmt/format.h>
 
@@ -87,7 +90,7 @@ public:
 
     bool key(std::string& name) override
     {
-        if (open_values.back()->find(name)) {
+        if (!open_keys.back().insert(name).second) {
             throw LocatedError(line(), fmt::format("the key {} is given twice", quote(name)));
         }
         next_key = name;
@@ -130,11 +133,13 @@ private:
             throw LocatedError(line(), fmt::format("more than {} levels are nested", deepest));
         }
         open_values.push_back(&place(std::move(value)));
+        open_keys.emplace_back();
         return true;
     }
     bool close()
     {
         open_values.pop_back();
+        open_keys.pop_back();
         return true;
     }
 
@@ -143,6 +148,7 @@ private:
     std::size_t lines = 1;
     LocatedJson root;
     std::vector<LocatedJson*> open_values;
+    std::vector<std::unordered_set<std::string>> open_keys; // of each, so far
     std::string next_key;
 };
 

@@ -6,6 +6,7 @@
 #include <utility>
 
 #include <asio.hpp>
+#include <fcntl.h>
 #include <fmt/format.h>
 #include <unistd.h>
 
@@ -51,6 +52,15 @@ Station make_station(const Options& options)
     Station station(options.name, *options.standard, std::move(scenario.clips), std::move(file));
     load_channels(station, scenario.channels, now);
     return station;
+}
+
+// Whoever started the program may have closed its standard input: no other file is to get its
+// number.
+void keep_input()
+{
+    if (fcntl(STDIN_FILENO, F_GETFD) < 0) {
+        open("/dev/null", O_RDONLY);
+    }
 }
 
 // Whoever started the program may have stopped reading: that is no failure.
@@ -101,9 +111,8 @@ int report(const Options& options, const asio::system_error& problem)
 
 int main(int argc, char** argv)
 {
-#ifdef SIGPIPE
     std::signal(SIGPIPE, SIG_IGN);
-#endif
+    keep_input();
     int exit_code = exit_ok;
     const auto options = read_options(argc, argv, std::cout, std::cerr, exit_code);
     if (!options) {

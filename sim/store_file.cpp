@@ -216,12 +216,12 @@ struct StoreFile::Tables {
     std::optional<Statement> drop_entry;
 };
 
-StoreFile::StoreFile(const std::string& file_name) : name(file_name)
+StoreFile::StoreFile(const std::string& file_name) : path(file_name)
 {
-    with_reason(name, [&] {
-        tables = std::make_unique<Tables>(name);
+    with_reason(path, [&] {
+        tables = std::make_unique<Tables>(path);
         tables->database.execute("PRAGMA locking_mode = EXCLUSIVE");
-        fresh = check_kind(name, tables->database);
+        fresh = check_kind(path, tables->database);
         tables->database.execute(settings);
         if (!fresh) {
             tables->database.execute("BEGIN IMMEDIATE; COMMIT"); // takes the lock
@@ -234,7 +234,7 @@ StoreFile::~StoreFile() = default;
 
 void StoreFile::seed(const ClipStore& store)
 {
-    with_reason(name, [&] {
+    with_reason(path, [&] {
         Transaction transaction(tables->database);
         tables->database.execute(schema);
         tables->database.execute(fmt::format("PRAGMA application_id = {}; PRAGMA user_version = {}",
@@ -249,7 +249,7 @@ void StoreFile::seed(const ClipStore& store)
 ClipStore StoreFile::load()
 {
     ClipStore store;
-    with_reason(name, [&] { store = tables->load(); });
+    with_reason(path, [&] { store = tables->load(); });
     return store;
 }
 
@@ -260,7 +260,7 @@ void StoreFile::write(const StoreChange& change)
         tables->write(change);
         transaction.commit();
     } catch (const SqliteError& error) {
-        throw Refusal(fmt::format("the store {} cannot be written: {}", name, error.what()));
+        throw Refusal(fmt::format("the store {} cannot be written: {}", path, error.what()));
     }
 }
 

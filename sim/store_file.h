@@ -34,7 +34,7 @@ public:
 private:
     struct Tables;
 
-    std::string name;
+    std::string path;
     bool fresh = false;
     std::unique_ptr<Tables> tables;
 };
