@@ -16,6 +16,15 @@ VeltoResult channel_getter(VeltoHandle handle, uint32_t channel,
     return dispatch(handle, &VeltoConnObject::read_channel<Value, Read>, channel, item, read);
 }
 
+// One that gives a number of the channel's information, 0 where that is absent.
+template <FixedString Field>
+VeltoResult information_getter(VeltoHandle handle, uint32_t channel, uint32_t* number)
+{
+    return channel_getter(
+        handle, channel, &ChannelState::info,
+        [=](const ChannelInformation& info) { *number = info.get<Field>().value; });
+}
+
 template <typename Value>
 void store(uint32_t* output, Value value)
 {
@@ -41,9 +50,7 @@ VeltoResult velto_channel_clip(VeltoHandle handle, uint32_t channel, VeltoTextBu
 
 VeltoResult velto_channel_clip_length(VeltoHandle handle, uint32_t channel, uint32_t* length)
 {
-    return channel_getter(
-        handle, channel, &ChannelState::info,
-        [=](const ChannelInformation& info) { *length = info.get<"ClipLength">().value; });
+    return information_getter<"ClipLength">(handle, channel, length);
 }
 
 VeltoResult velto_channel_position(VeltoHandle handle, uint32_t channel, uint32_t* position)
@@ -90,9 +97,7 @@ VeltoResult velto_channel_ee(VeltoHandle handle, uint32_t channel, uint32_t* bit
 
 VeltoResult velto_channel_precue_count(VeltoHandle handle, uint32_t channel, uint32_t* count)
 {
-    return channel_getter(
-        handle, channel, &ChannelState::info,
-        [=](const ChannelInformation& info) { *count = info.get<"PrecueCount">().value; });
+    return information_getter<"PrecueCount">(handle, channel, count);
 }
 
 VeltoResult velto_playlist_count(VeltoHandle handle, uint32_t channel, uint32_t* count)

@@ -70,10 +70,11 @@ public:
     }
 
     // Sends a command that is answered with data, waits in any case, and on success fills `reply`.
-    template <typename Command, typename Reply>
+    template <typename Command>
     static VeltoResult fetch(const ARef<VeltoConnObject>& connection, const Command& command,
-                             Reply& reply)
+                             ZAVL3::FinalReply<Command>& reply)
     {
+        using Reply = ZAVL3::FinalReply<Command>;
         const CBHolder<CBReplyObject<Reply>> callback(connection, CBBaseObject::Waiting::waits);
         connection->issue(command,
                           {callback.template delegate<&CBReplyObject<Reply>::reply_delegate>(),
@@ -223,9 +224,11 @@ private:
     void record_change(const ChangeKind& kind, const AString& id, IdSet& into,
                        std::initializer_list<IdSet*> out_of);
     // As fetch, handing the reply to `use`.
-    template <typename Reply, typename Command, typename Use>
-    static VeltoResult question(const ARef<VeltoConnObject>& connection, const Command& command,
-                                Use use);
+    template <typename Command, typename Use>
+    static VeltoResult question(const ARef<VeltoConnObject>& connection, Use use);
+    template <typename Command, FixedString Field, typename Value>
+    static VeltoResult ask_of_clip(const ARef<VeltoConnObject>& connection, const AString& clip_id,
+                                   Value* value);
     template <FixedString Field, auto Convert>
     static VeltoResult video(const ARef<VeltoConnObject>& connection, std::uint32_t* value);
     std::shared_ptr<KVScan> get_scan(const std::u16string& folder);

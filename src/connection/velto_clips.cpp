@@ -11,26 +11,29 @@ const VeltoConnObject::ChangeKind VeltoConnObject::directory_changes{
     word<ReportType>("directory_change"), &VeltoConnObject::directory_tracking,
     &VeltoConnObject::directory_changes_lock};
 
+// Keeps the text of a failure, and gives the default value with it.
+template <typename Command, FixedString Field, typename Value>
+VeltoResult VeltoConnObject::ask_of_clip(const ARef<VeltoConnObject>& connection,
+                                         const AString& clip_id, Value* value)
+{
+    Command command;
+    command.template set<"ClipID">(clip_id);
+    FinalReply<Command> reply;
+    const VeltoResult result = fetch(connection, command, reply);
+    *value = std::move(reply.template get<Field>());
+    return result;
+}
+
 VeltoResult VeltoConnObject::clip_exists(ARef<VeltoConnObject> connection, const AString& clip_id,
                                          bool* exists)
 {
-    command::clip_exists command;
-    command.set<"ClipID">(clip_id);
-    reply::clipexists reply;
-    const VeltoResult result = fetch(connection, command, reply);
-    *exists = reply.get<"Exists">();
-    return result;
+    return ask_of_clip<command::clip_exists, "Exists">(connection, clip_id, exists);
 }
 
 VeltoResult VeltoConnObject::clip_info(ARef<VeltoConnObject> connection, const AString& clip_id,
                                        ClipInfo* info)
 {
-    command::get_clip_info command;
-    command.set<"ClipID">(clip_id);
-    reply::clipinfo reply;
-    const VeltoResult result = fetch(connection, command, reply);
-    *info = std::move(reply.get<"ClipInfo">());
-    return result;
+    return ask_of_clip<command::get_clip_info, "ClipInfo">(connection, clip_id, info);
 }
 
 template <typename Command>

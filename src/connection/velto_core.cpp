@@ -53,12 +53,11 @@ CBHolder<CBOkObject> VeltoConnObject::make_ok_callback(const ARef<VeltoConnObjec
     return CBHolder<CBOkObject>(connection, waits ? Waiting::waits : Waiting::does_not_wait);
 }
 
-template <typename Reply, typename Command, typename Use>
-VeltoResult VeltoConnObject::question(const ARef<VeltoConnObject>& connection,
-                                      const Command& command, Use use)
+template <typename Command, typename Use>
+VeltoResult VeltoConnObject::question(const ARef<VeltoConnObject>& connection, Use use)
 {
-    Reply reply;
-    const VeltoResult result = fetch(connection, command, reply);
+    FinalReply<Command> reply;
+    const VeltoResult result = fetch(connection, Command{}, reply);
     if (result != result_ok()) { // which leaves "OK" as the text of the failure
         return result;
     }
@@ -68,17 +67,16 @@ VeltoResult VeltoConnObject::question(const ARef<VeltoConnObject>& connection,
 
 VeltoResult VeltoConnObject::server_name(ARef<VeltoConnObject> connection, VeltoTextBuffer buffer)
 {
-    return question<reply::computername>(
-        connection, command::get_computer_name{},
-        [=](const auto& reply) { copy_text(reply.template get<"ComputerName">(), buffer); });
+    return question<command::get_computer_name>(connection, [=](const auto& reply) {
+        copy_text(reply.template get<"ComputerName">(), buffer);
+    });
 }
 
 template <FixedString Field, auto Convert>
 VeltoResult VeltoConnObject::video(const ARef<VeltoConnObject>& connection, std::uint32_t* value)
 {
-    return question<reply::video_standard>(
-        connection, command::get_video_standard{},
-        [=](const auto& reply) { *value = Convert(reply.template get<Field>()); });
+    return question<command::get_video_standard>(
+        connection, [=](const auto& reply) { *value = Convert(reply.template get<Field>()); });
 }
 
 VeltoResult VeltoConnObject::video_standard(ARef<VeltoConnObject> connection,
@@ -101,8 +99,8 @@ VeltoResult VeltoConnObject::video_resolution(ARef<VeltoConnObject> connection,
 
 VeltoResult VeltoConnObject::disk_usage(ARef<VeltoConnObject> connection, reply::disk_usage* usage)
 {
-    return question<reply::disk_usage>(connection, command::get_disk_usage{},
-                                       [=](const auto& reply) { *usage = reply; });
+    return question<command::get_disk_usage>(connection,
+                                             [=](const auto& reply) { *usage = reply; });
 }
 
 void VeltoConnObject::sync(ARef<VeltoConnObject> connection)

@@ -98,7 +98,7 @@ VeltoResult VeltoConnObject::metadata_set(ARef<VeltoConnObject> connection,
     ZAVL3::command::metadata_set command;
     command.set<"MetadataDatabase">(AString(folder));
     command.get<"MetadataList">().push_back(std::move(entry));
-    return complete(connection, command, make_ok_callback(connection));
+    return plain_command(connection, command);
 }
 
 VeltoResult VeltoConnObject::metadata_erase(ARef<VeltoConnObject> connection,
@@ -107,7 +107,7 @@ VeltoResult VeltoConnObject::metadata_erase(ARef<VeltoConnObject> connection,
     ZAVL3::command::metadata_erase command;
     command.set<"MetadataDatabase">(AString(folder));
     command.get<"KeyList">().push_back(AString(key));
-    return complete(connection, command, make_ok_callback(connection));
+    return plain_command(connection, command);
 }
 
 // The tables are held meanwhile: a store cannot leave them, and so cannot die, while it is told.

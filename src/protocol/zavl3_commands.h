@@ -75,6 +75,9 @@ template <typename... Replies>
 struct Answers {
 };
 
+template <typename Final, typename... Streaming>
+Final final_reply(Answers<Final, Streaming...>);
+
 namespace command
 {
 
@@ -97,5 +100,9 @@ ZAVL3_COMMANDS(ZAVL3_DECLARE_COMMAND)
 #undef ZAVL3_DECLARE_COMMAND
 
 } // namespace command
+
+// The reply that ends a command.
+template <typename Command>
+using FinalReply = decltype(final_reply(typename Command::Replies{}));
 
 } // namespace ZAVL3
