@@ -30,6 +30,7 @@ if(WIN32)
             COMPONENT development)
 else()
     install(TARGETS veltosim COMPONENT simulator)
+    install(FILES sim/veltosim.1 DESTINATION "${CMAKE_INSTALL_MANDIR}/man1" COMPONENT simulator)
 endif()
 
 set(CPACK_PACKAGE_NAME VeltoAPI64)

@@ -13,6 +13,7 @@
 
 #include "sim/faults.h"
 #include "sim/scenario.h"
+#include "sim/scenario_schema.h"
 #include "sim/text.h"
 
 namespace veltosim
@@ -180,6 +181,7 @@ struct Written {
     std::string scenario;
     std::string store;
     bool print_scenario = false;
+    bool print_schema = false;
     std::vector<std::string> clips;
     std::optional<std::uint32_t> report_rate;
     std::vector<std::string> faults;
@@ -208,6 +210,8 @@ void declare(CLI::App& app, Written& written)
         "loaded, as far as their clips still exist");
     app.add_flag("--print-scenario", written.print_scenario,
                  "Print the scenario that is built in, and end");
+    app.add_flag("--print-schema", written.print_schema,
+                 "Print the JSON schema of scenarios, and end");
     app.add_option("--report-rate", written.report_rate,
                    "Position reports a second of a moving channel, if less than one a field");
     app.add_option("--clip", written.clips,
@@ -245,8 +249,8 @@ std::optional<Options> read_options(int argc, const char* const* argv, std::ostr
     declare(app, written);
     try {
         app.parse(argc, argv);
-        if (written.print_scenario) {
-            out << default_scenario_text();
+        if (written.print_scenario || written.print_schema) {
+            out << (written.print_scenario ? default_scenario_text() : scenario_schema());
             exit_code = exit_ok;
             return std::nullopt;
         }

@@ -118,7 +118,8 @@ class DebianPackage(Installed):
         self.expect_runs(self.build_by_hand(self.pkg_config(libraries)), libraries)
 
         run("dpkg-deb", "--extract", packages["veltosim"], root)
-        self.assertIn("usage", run(root / "usr/bin/veltosim", "--help").lower())
+        self.assertIn("Usage", run(root / "usr/bin/veltosim", "--help"))
+        self.assertTrue((root / "usr/share/man/man1/veltosim.1").is_file())
 
 
 class WindowsZip(Installed):

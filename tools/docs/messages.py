@@ -1,7 +1,6 @@
 """The pages of all messages, from the library's tables and from what a simulator has sent."""
 
 import re
-from html import escape
 from pathlib import Path
 
 ROOT = Path(__file__).resolve().parents[2]
@@ -40,7 +39,7 @@ def answered_with(rest):
 def section(kind, name, remarks, captures):
     lines = [f"## {name} {{#{kind}_{name}}}", "", *remarks, ""]
     if capture := captures.get((kind, name)):
-        lines += ["<pre>", escape(capture, quote=False), "</pre>", ""]
+        lines += ["~~~{.xml}", capture, "~~~", ""]
     return lines
 
 
