@@ -47,7 +47,10 @@ protected:
         velto_wait_until_connected(handle);
     }
 
-    VeltoResult stop() { return VeltoConnObject::plain_command(connection, ZAVL3::command::stop{}); }
+    VeltoResult stop()
+    {
+        return VeltoConnObject::plain_command(connection, ZAVL3::command::stop{});
+    }
 
     // From here on the connection belongs to the commands that are outstanding.
     void close()
