@@ -26,7 +26,7 @@ COMMANDS = [
     ("cmd_gang_play1", BOTH), ("gang_jog1", BOTH, 5), ("cmd_gang_stop1", BOTH),
     ("precue1", A, "weather", 0), ("precue_activate1", A), ("precue_clear1", A),
     ("precue1", A, "news_open", 0), ("precue1", B, "news_open", 0),
-    ("gang_precue_activate1", BOTH), ("go_live1", C), ("take1", A, 0),
+    ("gang_precue_activate1", BOTH), ("go_live1", C), ("take1", A, 0, 0),
     ("cmd_loadlist1", D, "idents"), ("cmd_playlist_play_now", D, 0),
     ("cmd_playlist_play_next", D, 1), ("unload_channel", D),
     ("track_clip_changes",), ("track_directory_changes",), ("create_directory", "capture"),
