@@ -1,5 +1,7 @@
 #include "measure.h"
 
+#include <malloc.h>
+
 #include <algorithm>
 #include <cstdio>
 #include <cstdlib>
@@ -22,6 +24,12 @@ double cpu_seconds(clockid_t clock)
     timespec time{};
     clock_gettime(clock, &time);
     return static_cast<double>(time.tv_sec) + 1e-9 * static_cast<double>(time.tv_nsec);
+}
+
+double allocated_bytes()
+{
+    const struct mallinfo2 info = mallinfo2();
+    return static_cast<double>(info.uordblks + info.hblkhd);
 }
 
 double percentile(std::vector<double>& values, double fraction)

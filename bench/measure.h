@@ -16,6 +16,8 @@ void require(bool good, const char* what);
 double seconds_since(Clock::time_point start);
 // CPU time used so far: of the process, or of the calling thread.
 double cpu_seconds(clockid_t clock);
+// What the allocator has given out, in all its arenas.
+double allocated_bytes();
 
 // Reorders `values`. The fraction 0.5 is the median.
 double percentile(std::vector<double>& values, double fraction);

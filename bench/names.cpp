@@ -4,11 +4,8 @@
 #include "measure.h"
 #include "peer_link.h"
 
-#include <malloc.h>
-
 #include <condition_variable>
 #include <cstdio>
-#include <cstdlib>
 #include <future>
 #include <iterator>
 #include <optional>
@@ -140,27 +137,6 @@ private:
     PeerLink link; // last: its thread uses all the others
 };
 
-// What is allocated, in all arenas of the heap.
-double heap_bytes()
-{
-    char* text = nullptr;
-    std::size_t size = 0;
-    std::FILE* const stream = open_memstream(&text, &size);
-    malloc_info(0, stream);
-    std::fclose(stream);
-    pugi::xml_document info;
-    info.load_buffer(text, size);
-    std::free(text);
-
-    const pugi::xml_node heap = info.child("malloc");
-    const auto total = [&heap](const char* type) {
-        return heap.find_child_by_attribute("total", "type", type).attribute("size").as_double();
-    };
-    const double taken =
-        heap.find_child_by_attribute("system", "type", "current").attribute("size").as_double();
-    return taken - total("fast") - total("rest") + total("mmap");
-}
-
 template <typename Lister>
 class Contestant
 {
@@ -194,9 +170,9 @@ public:
 
     void measure_memory()
     {
-        const double before = heap_bytes();
+        const double before = allocated_bytes();
         list();
-        bytes_a_name = (heap_bytes() - before) / count;
+        bytes_a_name = (allocated_bytes() - before) / count;
     }
 
     void drain()

@@ -5,8 +5,6 @@
 
 #include <fmt/format.h>
 
-#include <malloc.h>
-
 #include <cstdio>
 #include <iterator>
 
@@ -107,13 +105,6 @@ void drain(const BenchStore& store, std::uint32_t count)
                                          {value, 64}) == VELTO_RESULT_OK,
                 "a change has not come");
     }
-}
-
-// What the allocator has given out, in all its arenas.
-double allocated_bytes()
-{
-    const struct mallinfo2 info = mallinfo2();
-    return static_cast<double>(info.uordblks + info.hblkhd);
 }
 
 } // namespace

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "api/handle_table.h"
+#include "connection/handle_table.h"
 #include "connection/velto.h"
 
 #include <functional>

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "api/handle_table.h"
+#include "connection/handle_table.h"
 #include "connection/name_list.h"
 
 // The lists of names behind list handles, whatever they name: one reader and one closer serve all.

@@ -17,18 +17,10 @@ VeltoResult open_names(VeltoHandle handle, VeltoListHandle* list)
     return result;
 }
 
-VeltoResult take_clip(VeltoHandle handle, VeltoConnObject::IdSet VeltoConnObject::*set,
-                      VeltoTextBuffer clip)
+VeltoResult take_change(VeltoHandle handle, const VeltoConnObject::ChangeKind& kind,
+                        VeltoConnObject::IdSet VeltoConnObject::*set, VeltoTextBuffer name)
 {
-    return dispatch(handle, &VeltoConnObject::take_change, VeltoConnObject::clip_changes, set,
-                    clip);
-}
-
-VeltoResult take_directory(VeltoHandle handle, VeltoConnObject::IdSet VeltoConnObject::*set,
-                           VeltoTextBuffer directory)
-{
-    return dispatch(handle, &VeltoConnObject::take_change, VeltoConnObject::directory_changes, set,
-                    directory);
+    return dispatch(handle, &VeltoConnObject::take_change, kind, set, name);
 }
 
 } // namespace
@@ -90,25 +82,29 @@ VeltoResult velto_track_directory_changes(VeltoHandle handle)
 
 VeltoResult velto_track_change_added_clip(VeltoHandle handle, VeltoTextBuffer clip)
 {
-    return take_clip(handle, &VeltoConnObject::clips_added, clip);
+    return take_change(handle, VeltoConnObject::clip_changes, &VeltoConnObject::clips_added, clip);
 }
 
 VeltoResult velto_track_change_changed_clip(VeltoHandle handle, VeltoTextBuffer clip)
 {
-    return take_clip(handle, &VeltoConnObject::clips_changed, clip);
+    return take_change(handle, VeltoConnObject::clip_changes, &VeltoConnObject::clips_changed,
+                       clip);
 }
 
 VeltoResult velto_track_change_deleted_clip(VeltoHandle handle, VeltoTextBuffer clip)
 {
-    return take_clip(handle, &VeltoConnObject::clips_deleted, clip);
+    return take_change(handle, VeltoConnObject::clip_changes, &VeltoConnObject::clips_deleted,
+                       clip);
 }
 
 VeltoResult velto_track_change_added_directory(VeltoHandle handle, VeltoTextBuffer directory)
 {
-    return take_directory(handle, &VeltoConnObject::directories_added, directory);
+    return take_change(handle, VeltoConnObject::directory_changes,
+                       &VeltoConnObject::directories_added, directory);
 }
 
 VeltoResult velto_track_change_deleted_directory(VeltoHandle handle, VeltoTextBuffer directory)
 {
-    return take_directory(handle, &VeltoConnObject::directories_deleted, directory);
+    return take_change(handle, VeltoConnObject::directory_changes,
+                       &VeltoConnObject::directories_deleted, directory);
 }

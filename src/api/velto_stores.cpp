@@ -1,5 +1,5 @@
 #include "api/dispatch.h"
-#include "connection/kv_store_table.h"
+#include "api/kv_stores.h"
 #include "connection/text.h"
 
 VeltoResult velto_open_kvstore(VeltoHandle handle, const VeltoChar* folder, const VeltoChar* prefix,

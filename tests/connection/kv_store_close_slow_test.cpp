@@ -1,4 +1,4 @@
-#include "connection/kv_store_table.h"
+#include "api/kv_stores.h"
 
 #include "support/assert_watch.h"
 #include "support/metadata_server.h"
@@ -135,7 +135,7 @@ TEST_F(ClosingWithWrites, WaitsForACommandThatIsNeverAnsweredUntilTheLinkGoes)
 {
     set("a");
     expect_bytes(link(), set_command("p/a", "1"));
-    const std::shared_ptr<KVStore> store = kv_store_table().find(handle);
+    const std::shared_ptr<KVStore> store = kv_stores().find(handle).value();
     auto closed = closing();
     EXPECT_EQ(closed.wait_for(last_flush + 10s + 500ms), std::future_status::timeout);
     auto writing = in_thread([&] { return store->set(u"b", u"1"); });

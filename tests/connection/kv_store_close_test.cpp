@@ -1,4 +1,4 @@
-#include "connection/kv_store_table.h"
+#include "api/kv_stores.h"
 
 #include "support/store_script.h"
 
@@ -121,7 +121,7 @@ TEST_F(ClosingAStore, LeavesCallsOfOtherThreadsAlone)
 {
     const VeltoStoreHandle handle = open(both);
     serve_opening();
-    const std::shared_ptr<KVStore> store = kv_store_table().find(handle);
+    const std::shared_ptr<KVStore> store = kv_stores().find(handle).value();
     auto change = in_thread([&] {
         std::vector<VeltoChar> key(64), value(64);
         std::uint32_t kind = 0;

@@ -12,41 +12,6 @@
 namespace
 {
 
-// A connection without a link, which is fed with what a server would send.
-class ChangeSets : public testing::Test
-{
-protected:
-    ChangeSets()
-    {
-        connection->clip_tracking = 1; // as if the server had accepted it
-        connection->directory_tracking = 1;
-    }
-
-    void report(const std::string& name, const std::string& id)
-    {
-        const char* element = name.starts_with("clip") ? "ClipID" : "DirectoryName";
-        const std::string message =
-            xml_element("report", xml_element(name, xml_element(element, id)));
-        connection->feed_bytes(message.data(), message.size());
-    }
-
-    // The first of a set, which is then no longer in it.
-    std::string take(const VeltoConnObject::ChangeKind& kind,
-                     VeltoConnObject::IdSet VeltoConnObject::*set)
-    {
-        VeltoChar units[32] = {};
-        const VeltoResult result = VeltoConnObject::take_change(connection, kind, set, {units, 32});
-        EXPECT_EQ(result, VELTO_RESULT_OK);
-        std::u16string text;
-        for (const VeltoChar* unit = units; *unit != 0; ++unit) {
-            text += static_cast<char16_t>(*unit);
-        }
-        return AString(text).to_utf8();
-    }
-
-    ARef<VeltoConnObject> connection = ARef<VeltoConnObject>::create();
-};
-
 // A report, the sets that it finds a clip in, and the one that it leaves it in.
 struct ReportRow {
     const char* report;
@@ -69,8 +34,9 @@ const ReportRow directory_rows[] = {
     {"directory_deleted", "added", "deleted"}, {"directory_deleted", "deleted", "deleted"},
 };
 
-std::string sets_with(const AString& id,
-                      const std::map<std::string, const VeltoConnObject::IdSet*>& sets)
+using NamedSets = std::map<std::string, VeltoConnObject::IdSet*>;
+
+std::string sets_with(const AString& id, const NamedSets& sets)
 {
     std::string names;
     for (const auto& [name, set] : sets) {
@@ -79,42 +45,69 @@ std::string sets_with(const AString& id,
     return names.empty() ? "none" : names;
 }
 
+// A connection without a link, which is fed with what a server would send.
+class ChangeSets : public testing::Test
+{
+protected:
+    ChangeSets()
+    {
+        connection->clip_tracking = 1; // as if the server had accepted it
+        connection->directory_tracking = 1;
+    }
+
+    void report(const std::string& name, const std::string& id)
+    {
+        const char* element = name.starts_with("clip") ? "ClipID" : "DirectoryName";
+        const std::string message =
+            xml_element("report", xml_element(name, xml_element(element, id)));
+        connection->feed_bytes(message.data(), message.size());
+    }
+
+    // Each row, begun with a clip or directory that is in the set it names.
+    template <std::size_t Count>
+    void expect_rows(const ReportRow (&rows)[Count], const NamedSets& sets)
+    {
+        const AString id("x");
+        for (const ReportRow& row : rows) {
+            for (const auto& [name, set] : sets) {
+                set->clear();
+                if (name == row.before) {
+                    set->insert(id);
+                }
+            }
+            report(row.report, "x");
+            EXPECT_EQ(sets_with(id, sets), row.after) << row.report << " with " << row.before;
+        }
+    }
+
+    // The first of a set, which is then no longer in it.
+    std::string take(const VeltoConnObject::ChangeKind& kind,
+                     VeltoConnObject::IdSet VeltoConnObject::*set)
+    {
+        VeltoChar units[32] = {};
+        const VeltoResult result = VeltoConnObject::take_change(connection, kind, set, {units, 32});
+        EXPECT_EQ(result, VELTO_RESULT_OK);
+        std::u16string text;
+        for (const VeltoChar* unit = units; *unit != 0; ++unit) {
+            text += static_cast<char16_t>(*unit);
+        }
+        return AString(text).to_utf8();
+    }
+
+    ARef<VeltoConnObject> connection = ARef<VeltoConnObject>::create();
+};
+
 TEST_F(ChangeSets, HoldAClipInOneSetAtMost)
 {
-    const AString id("x");
-    const std::map<std::string, VeltoConnObject::IdSet*> sets = {
-        {"added", &connection->clips_added},
-        {"changed", &connection->clips_changed},
-        {"deleted", &connection->clips_deleted}};
-    for (const ReportRow& row : clip_rows) {
-        for (const auto& [name, set] : sets) {
-            set->clear();
-            if (name == row.before) {
-                set->insert(id);
-            }
-        }
-        report(row.report, "x");
-        EXPECT_EQ(sets_with(id, {sets.begin(), sets.end()}), row.after)
-            << row.report << " with " << row.before;
-    }
+    expect_rows(clip_rows, {{"added", &connection->clips_added},
+                            {"changed", &connection->clips_changed},
+                            {"deleted", &connection->clips_deleted}});
 }
 
 TEST_F(ChangeSets, HoldADirectoryInOneSetAtMost)
 {
-    const AString id("x");
-    const std::map<std::string, VeltoConnObject::IdSet*> sets = {
-        {"added", &connection->directories_added}, {"deleted", &connection->directories_deleted}};
-    for (const ReportRow& row : directory_rows) {
-        for (const auto& [name, set] : sets) {
-            set->clear();
-            if (name == row.before) {
-                set->insert(id);
-            }
-        }
-        report(row.report, "x");
-        EXPECT_EQ(sets_with(id, {sets.begin(), sets.end()}), row.after)
-            << row.report << " with " << row.before;
-    }
+    expect_rows(directory_rows, {{"added", &connection->directories_added},
+                                 {"deleted", &connection->directories_deleted}});
 }
 
 TEST_F(ChangeSets, LeaveOtherIdsAndTheOtherKindAlone)

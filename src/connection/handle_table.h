@@ -12,18 +12,29 @@
 VeltoHandle next_handle();
 extern std::atomic<std::uint32_t> last_handle;
 
+struct SharedCounter {
+    static VeltoHandle next() { return next_handle(); }
+};
+
+// One that a table has for itself: its first handle is 1.
+struct OwnCounter {
+    VeltoHandle next();
+
+    std::atomic<std::uint32_t> last{0};
+};
+
 // From handles to values, which are handed out as copies. Numbers rise, and that of a live entry is
 // never given out again.
 //
 // Thread: any. Locks: `lock` guards the table; no pointer into it leaves the lock.
-template <typename Value>
+template <typename Value, typename Counter = SharedCounter>
 class HandleTable
 {
 public:
     VeltoHandle add(const Value& value)
     {
         for (;;) {
-            const VeltoHandle handle = next_handle();
+            const VeltoHandle handle = counter.next();
             const AMutexLock guard(&lock);
             if (entries.try_emplace(handle, value).second) {
                 return handle;
@@ -57,6 +68,16 @@ public:
         const AMutexLock guard(&lock);
         entries.erase(handle);
     }
+
+    // The same, giving the value, which then dies with the caller and not under the lock.
+    std::optional<Value> take(VeltoHandle handle)
+    {
+        const AMutexLock guard(&lock);
+        const auto entry = entries.extract(handle);
+        return entry.empty() ? std::nullopt : std::optional<Value>(entry.mapped());
+    }
+
+    Counter counter;
 
 private:
     AMutex lock;

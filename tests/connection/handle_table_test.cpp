@@ -1,4 +1,4 @@
-#include "api/handle_table.h"
+#include "connection/handle_table.h"
 
 #include "support/await.h"
 

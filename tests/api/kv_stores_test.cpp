@@ -1,4 +1,4 @@
-#include "connection/kv_store_table.h"
+#include "api/kv_stores.h"
 
 #include <gtest/gtest.h>
 
@@ -33,8 +33,8 @@ TEST(KVStoreTable, FindsWhatWasAdded)
     table.add(second);
     EXPECT_EQ(table.find(1), first);
     EXPECT_EQ(table.find(2), second);
-    EXPECT_EQ(table.find(0), nullptr);
-    EXPECT_EQ(table.find(3), nullptr);
+    EXPECT_EQ(table.find(0), std::nullopt);
+    EXPECT_EQ(table.find(3), std::nullopt);
 }
 
 TEST(KVStoreTable, TakesOut)
@@ -43,8 +43,8 @@ TEST(KVStoreTable, TakesOut)
     const auto store = some_store();
     table.add(store);
     EXPECT_EQ(table.take(1), store);
-    EXPECT_EQ(table.find(1), nullptr);
-    EXPECT_EQ(table.take(1), nullptr);
+    EXPECT_EQ(table.find(1), std::nullopt);
+    EXPECT_EQ(table.take(1), std::nullopt);
     EXPECT_EQ(store.use_count(), 1);
 }
 
@@ -65,7 +65,7 @@ TEST(KVStoreTable, BehindTheLastNumberComesTheFirstThatIsFree)
     table.add(some_store());
     table.add(some_store());
     table.take(2);
-    table.counter = 0xFFFFFFFE;
+    table.counter.last = 0xFFFFFFFE;
     EXPECT_EQ(table.add(some_store()), 0xFFFFFFFF);
     EXPECT_EQ(table.add(some_store()), 2u); // over 0 and 1
     EXPECT_EQ(table.add(some_store()), 4u); // over 3
@@ -73,7 +73,7 @@ TEST(KVStoreTable, BehindTheLastNumberComesTheFirstThatIsFree)
 
 TEST(KVStoreTable, ThereIsOneForTheProcess)
 {
-    EXPECT_EQ(&kv_store_table(), &kv_store_table());
+    EXPECT_EQ(&kv_stores(), &kv_stores());
 }
 
 } // namespace
