@@ -1,5 +1,7 @@
 #include "platform/posix/monotonic.h"
 
+#include "platform/posix/system_calls.h"
+
 namespace platform
 {
 
@@ -9,18 +11,17 @@ namespace
 constexpr std::int64_t ns_per_ms = 1'000'000;
 constexpr std::int64_t ns_per_s = 1'000'000'000;
 
-timespec now()
+bool read_clock(timespec& time)
 {
-    timespec time{};
-    clock_gettime(CLOCK_MONOTONIC, &time);
-    return time;
+    return system::clock_gettime(CLOCK_MONOTONIC, &time) == 0;
 }
 
 } // namespace
 
 timespec monotonic_deadline(std::uint32_t time_ms)
 {
-    timespec deadline = now();
+    timespec deadline{}; // without a clock it stays in the past: no wait is drawn out
+    read_clock(deadline);
     const std::int64_t ns = deadline.tv_nsec + std::int64_t{time_ms % 1000} * ns_per_ms;
     deadline.tv_sec += time_ms / 1000 + ns / ns_per_s;
     deadline.tv_nsec = ns % ns_per_s;
@@ -29,7 +30,10 @@ timespec monotonic_deadline(std::uint32_t time_ms)
 
 std::int64_t remaining_ms(const timespec& deadline)
 {
-    const timespec time = now();
+    timespec time{};
+    if (!read_clock(time)) {
+        return 0;
+    }
     const std::int64_t ns =
         (deadline.tv_sec - time.tv_sec) * ns_per_s + (deadline.tv_nsec - time.tv_nsec);
     return ns <= 0 ? 0 : (ns + ns_per_ms - 1) / ns_per_ms;

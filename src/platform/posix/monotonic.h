@@ -4,7 +4,8 @@
 
 #include <time.h>
 
-// Points in time on the clock that a change of the wall clock does not move.
+// Points in time on the clock that a change of the wall clock does not move. When the system does
+// not tell its time, all of them are past.
 namespace platform
 {
 

@@ -1,15 +1,12 @@
 #include "platform/platform.h"
 #include "platform/posix/monotonic.h"
+#include "platform/posix/system_calls.h"
 
 #include <algorithm>
 
-#include <errno.h>
 #include <limits.h>
 #include <netinet/in.h>
 #include <netinet/tcp.h>
-#include <poll.h>
-#include <sys/socket.h>
-#include <unistd.h>
 
 namespace platform
 {
@@ -38,12 +35,12 @@ auto uninterrupted(Call call)
 bool await_connected(SocketHandle socket)
 {
     pollfd entry{descriptor(socket), POLLOUT, 0};
-    if (uninterrupted([&] { return poll(&entry, 1, -1); }) != 1) {
+    if (uninterrupted([&] { return system::poll(&entry, nfds_t{1}, -1); }) != 1) {
         return false;
     }
     int error = 0;
     socklen_t size = sizeof error;
-    return getsockopt(entry.fd, SOL_SOCKET, SO_ERROR, &error, &size) == 0 && error == 0;
+    return system::getsockopt(entry.fd, SOL_SOCKET, SO_ERROR, &error, &size) == 0 && error == 0;
 }
 
 } // namespace
@@ -52,7 +49,7 @@ void start_sockets() {}
 
 SocketHandle open_socket()
 {
-    const int opened = ::socket(AF_INET, SOCK_STREAM | SOCK_CLOEXEC, IPPROTO_TCP);
+    const int opened = system::socket(AF_INET, SOCK_STREAM | SOCK_CLOEXEC, IPPROTO_TCP);
     return opened < 0 ? invalid_socket : static_cast<SocketHandle>(opened);
 }
 
@@ -62,7 +59,8 @@ bool connect_socket(SocketHandle socket, std::uint32_t address, std::uint16_t po
     peer.sin_family = AF_INET;
     peer.sin_port = htons(port);
     peer.sin_addr.s_addr = htonl(address);
-    if (connect(descriptor(socket), reinterpret_cast<const sockaddr*>(&peer), sizeof peer) == 0) {
+    const auto* address_of_peer = reinterpret_cast<const sockaddr*>(&peer);
+    if (system::connect(descriptor(socket), address_of_peer, socklen_t{sizeof peer}) == 0) {
         return true;
     }
     return errno == EINTR && await_connected(socket);
@@ -71,7 +69,7 @@ bool connect_socket(SocketHandle socket, std::uint32_t address, std::uint16_t po
 void set_no_delay(SocketHandle socket)
 {
     const int on = 1;
-    setsockopt(descriptor(socket), IPPROTO_TCP, TCP_NODELAY, &on, sizeof on);
+    system::setsockopt(descriptor(socket), IPPROTO_TCP, TCP_NODELAY, &on, socklen_t{sizeof on});
 }
 
 int wait_readable(SocketHandle socket, std::uint32_t time_ms)
@@ -84,7 +82,7 @@ int wait_readable(SocketHandle socket, std::uint32_t time_ms)
     std::int64_t remaining = time_ms;
     for (;;) {
         const auto step = static_cast<int>(std::min<std::int64_t>(remaining, INT_MAX));
-        const int ready = poll(&entry, 1, time_ms == infinite ? -1 : step);
+        const int ready = system::poll(&entry, nfds_t{1}, time_ms == infinite ? -1 : step);
         if (ready == 1) {
             return (entry.revents & POLLNVAL) != 0 ? -1 : 1;
         }
@@ -100,15 +98,15 @@ int wait_readable(SocketHandle socket, std::uint32_t time_ms)
 
 std::ptrdiff_t receive(SocketHandle socket, void* bytes, std::size_t count)
 {
-    return uninterrupted([&] { return recv(descriptor(socket), bytes, count, 0); });
+    return uninterrupted([&] { return system::recv(descriptor(socket), bytes, count, 0); });
 }
 
 std::ptrdiff_t send(SocketHandle socket, const void* bytes, std::size_t count)
 {
     const auto* next = static_cast<const std::byte*>(bytes);
     for (std::size_t left = count; left != 0;) {
-        const auto sent =
-            uninterrupted([&] { return ::send(descriptor(socket), next, left, MSG_NOSIGNAL); });
+        const auto sent = uninterrupted(
+            [&] { return system::send(descriptor(socket), next, left, MSG_NOSIGNAL); });
         if (sent <= 0) {
             return -1;
         }
@@ -120,12 +118,12 @@ std::ptrdiff_t send(SocketHandle socket, const void* bytes, std::size_t count)
 
 void abort_socket(SocketHandle socket)
 {
-    shutdown(descriptor(socket), SHUT_RDWR);
+    system::shutdown(descriptor(socket), SHUT_RDWR);
 }
 
 void close_socket(SocketHandle socket)
 {
-    close(descriptor(socket));
+    system::close(descriptor(socket));
 }
 
 } // namespace platform

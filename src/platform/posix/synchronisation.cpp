@@ -1,13 +1,11 @@
 #include "platform/platform.h"
 #include "platform/posix/monotonic.h"
+#include "platform/posix/system_calls.h"
 
 #include <atomic>
 #include <new>
 
-#include <errno.h>
 #include <limits.h>
-#include <pthread.h>
-#include <semaphore.h>
 
 namespace platform
 {
@@ -24,18 +22,31 @@ struct Semaphore {
     std::uint32_t maximum;
 };
 
+namespace
+{
+
+bool make_recursive(pthread_mutex_t& native)
+{
+    pthread_mutexattr_t attributes;
+    if (system::pthread_mutexattr_init(&attributes) != 0) {
+        return false;
+    }
+    const bool made =
+        system::pthread_mutexattr_settype(&attributes, PTHREAD_MUTEX_RECURSIVE) == 0 &&
+        system::pthread_mutex_init(&native, &attributes) == 0;
+    system::pthread_mutexattr_destroy(&attributes);
+    return made;
+}
+
+} // namespace
+
 Mutex* create_mutex()
 {
     auto* mutex = new (std::nothrow) Mutex;
     if (mutex == nullptr) {
         return nullptr;
     }
-    pthread_mutexattr_t attributes;
-    pthread_mutexattr_init(&attributes);
-    pthread_mutexattr_settype(&attributes, PTHREAD_MUTEX_RECURSIVE);
-    const int error = pthread_mutex_init(&mutex->native, &attributes);
-    pthread_mutexattr_destroy(&attributes);
-    if (error != 0) {
+    if (!make_recursive(mutex->native)) {
         delete mutex;
         return nullptr;
     }
@@ -45,7 +56,7 @@ Mutex* create_mutex()
 void destroy_mutex(Mutex* mutex)
 {
     if (mutex != nullptr) {
-        pthread_mutex_destroy(&mutex->native);
+        system::pthread_mutex_destroy(&mutex->native);
         delete mutex;
     }
 }
@@ -59,18 +70,19 @@ WaitResult lock_mutex(Mutex* mutex)
         return WaitResult::failed;
     }
     for (int i = 0; i < tries; ++i) {
-        if (pthread_mutex_trylock(&mutex->native) == 0) {
-            return WaitResult::signalled;
+        const int error = system::pthread_mutex_trylock(&mutex->native);
+        if (error != EBUSY) {
+            return error == 0 ? WaitResult::signalled : WaitResult::failed;
         }
     }
-    const bool locked = pthread_mutex_lock(&mutex->native) == 0;
+    const bool locked = system::pthread_mutex_lock(&mutex->native) == 0;
     return locked ? WaitResult::signalled : WaitResult::failed;
 }
 
 void unlock_mutex(Mutex* mutex)
 {
     if (mutex != nullptr) {
-        pthread_mutex_unlock(&mutex->native);
+        system::pthread_mutex_unlock(&mutex->native);
     }
 }
 
@@ -80,7 +92,7 @@ Semaphore* create_semaphore(std::uint32_t initial, std::uint32_t maximum)
         return nullptr;
     }
     auto* semaphore = new (std::nothrow) Semaphore{{}, initial, maximum};
-    if (semaphore != nullptr && sem_init(&semaphore->native, 0, initial) != 0) {
+    if (semaphore != nullptr && system::sem_init(&semaphore->native, 0, initial) != 0) {
         delete semaphore;
         return nullptr;
     }
@@ -90,7 +102,7 @@ Semaphore* create_semaphore(std::uint32_t initial, std::uint32_t maximum)
 void destroy_semaphore(Semaphore* semaphore)
 {
     if (semaphore != nullptr) {
-        sem_destroy(&semaphore->native);
+        system::sem_destroy(&semaphore->native);
         delete semaphore;
     }
 }
@@ -100,26 +112,29 @@ namespace
 
 // Calls `wait` until it says something else than that a signal has come between.
 template <typename Wait>
-bool wait_through_signals(Wait wait)
+WaitResult wait_through_signals(Wait wait)
 {
-    int result = 0;
-    do {
-        result = wait();
-    } while (result != 0 && errno == EINTR);
-    return result == 0;
+    while (wait() != 0) {
+        if (errno != EINTR) {
+            const bool in_vain = errno == EAGAIN || errno == ETIMEDOUT;
+            return in_vain ? WaitResult::timed_out : WaitResult::failed;
+        }
+    }
+    return WaitResult::signalled;
 }
 
-bool take_count(sem_t& native, std::uint32_t time_ms)
+WaitResult take_count(sem_t& native, std::uint32_t time_ms)
 {
     if (time_ms == 0) {
-        return wait_through_signals([&native] { return sem_trywait(&native); });
+        return wait_through_signals([&native] { return system::sem_trywait(&native); });
     }
     if (time_ms == infinite) {
-        return wait_through_signals([&native] { return sem_wait(&native); });
+        return wait_through_signals([&native] { return system::sem_wait(&native); });
     }
     const timespec deadline = monotonic_deadline(time_ms);
-    return wait_through_signals(
-        [&native, &deadline] { return sem_clockwait(&native, CLOCK_MONOTONIC, &deadline); });
+    return wait_through_signals([&native, &deadline] {
+        return system::sem_clockwait(&native, CLOCK_MONOTONIC, &deadline);
+    });
 }
 
 } // namespace
@@ -129,14 +144,14 @@ WaitResult wait_semaphore(Semaphore* semaphore, std::uint32_t time_ms)
     if (semaphore == nullptr) {
         return WaitResult::failed;
     }
-    if (!take_count(semaphore->native, time_ms)) {
-        return WaitResult::timed_out;
+    const WaitResult result = take_count(semaphore->native, time_ms);
+    if (result == WaitResult::signalled) {
+        --semaphore->available;
     }
-    --semaphore->available;
-    return WaitResult::signalled;
+    return result;
 }
 
-// The post is the last that touches the semaphore: a woken waiter may destroy it.
+// A post that succeeds is the last that touches the semaphore: a woken waiter may destroy it.
 ReleaseResult release_semaphore(Semaphore* semaphore)
 {
     if (semaphore == nullptr) {
@@ -148,7 +163,10 @@ ReleaseResult release_semaphore(Semaphore* semaphore)
             return ReleaseResult::too_many_posts;
         }
     } while (!semaphore->available.compare_exchange_weak(available, available + 1));
-    sem_post(&semaphore->native);
+    if (system::sem_post(&semaphore->native) != 0) {
+        --semaphore->available;
+        return ReleaseResult::failed;
+    }
     return ReleaseResult::released;
 }
 

@@ -1,17 +1,9 @@
 #include "platform/platform.h"
-#include "platform/posix/monotonic.h"
+#include "platform/posix/system_calls.h"
 
 #include <algorithm>
 #include <memory>
 #include <new>
-
-#include <errno.h>
-#include <limits.h>
-#include <pthread.h>
-#include <sched.h>
-#include <signal.h>
-#include <time.h>
-#include <unistd.h>
 
 namespace platform
 {
@@ -40,14 +32,22 @@ public:
     {
         sigset_t all;
         sigfillset(&all);
-        pthread_sigmask(SIG_SETMASK, &all, &before);
+        blocked = system::pthread_sigmask(SIG_SETMASK, &all, &before) == 0;
     }
     AllSignalsBlocked(const AllSignalsBlocked&) = delete;
     AllSignalsBlocked& operator=(const AllSignalsBlocked&) = delete;
-    ~AllSignalsBlocked() { pthread_sigmask(SIG_SETMASK, &before, nullptr); }
+    ~AllSignalsBlocked()
+    {
+        if (blocked) {
+            system::restore_sigmask(SIG_SETMASK, &before, nullptr);
+        }
+    }
+
+    explicit operator bool() const { return blocked; }
 
 private:
     sigset_t before;
+    bool blocked;
 };
 
 bool set_stack_size(pthread_attr_t& attributes, std::size_t stack_bytes)
@@ -55,10 +55,22 @@ bool set_stack_size(pthread_attr_t& attributes, std::size_t stack_bytes)
     if (stack_bytes == 0) {
         return true;
     }
-    const auto page = static_cast<std::size_t>(sysconf(_SC_PAGESIZE));
-    const auto least = static_cast<std::size_t>(sysconf(_SC_THREAD_STACK_MIN));
-    const std::size_t wanted = std::max(stack_bytes, least);
-    return pthread_attr_setstacksize(&attributes, (wanted + page - 1) / page * page) == 0;
+    const long page_bytes = system::sysconf(_SC_PAGESIZE);
+    const long least = system::sysconf(_SC_THREAD_STACK_MIN);
+    if (page_bytes <= 0 || least < 0) {
+        return false;
+    }
+    const auto page = static_cast<std::size_t>(page_bytes);
+    const std::size_t wanted = std::max(stack_bytes, static_cast<std::size_t>(least));
+    const std::size_t whole_pages = (wanted + page - 1) / page * page;
+    return system::pthread_attr_setstacksize(&attributes, whole_pages) == 0;
+}
+
+bool create_thread(const pthread_attr_t& attributes, ThreadStart* start)
+{
+    const AllSignalsBlocked blocked;
+    pthread_t thread;
+    return blocked && system::pthread_create(&thread, &attributes, &run_thread, start) == 0;
 }
 
 } // namespace
@@ -67,17 +79,13 @@ bool start_thread(ThreadFunction function, void* context, std::size_t stack_byte
 {
     std::unique_ptr<ThreadStart> start(new (std::nothrow) ThreadStart{function, context});
     pthread_attr_t attributes;
-    if (!start || pthread_attr_init(&attributes) != 0) {
+    if (!start || system::pthread_attr_init(&attributes) != 0) {
         return false;
     }
-    pthread_attr_setdetachstate(&attributes, PTHREAD_CREATE_DETACHED);
-    bool started = set_stack_size(attributes, stack_bytes);
-    if (started) {
-        const AllSignalsBlocked blocked;
-        pthread_t thread;
-        started = pthread_create(&thread, &attributes, &run_thread, start.get()) == 0;
-    }
-    pthread_attr_destroy(&attributes);
+    const int error = system::pthread_attr_setdetachstate(&attributes, PTHREAD_CREATE_DETACHED);
+    const bool started = error == 0 && set_stack_size(attributes, stack_bytes) &&
+                         create_thread(attributes, start.get());
+    system::pthread_attr_destroy(&attributes);
     if (started) {
         start.release(); // the thread frees it
     }
@@ -92,25 +100,27 @@ void set_thread_priority(int)
 
 std::uint32_t current_thread_id()
 {
-    static thread_local const auto id = static_cast<std::uint32_t>(gettid());
+    static thread_local const auto id = static_cast<std::uint32_t>(system::gettid());
     return id;
 }
 
 void sleep_ms(std::uint32_t time_ms)
 {
-    const timespec deadline = monotonic_deadline(time_ms);
-    while (clock_nanosleep(CLOCK_MONOTONIC, TIMER_ABSTIME, &deadline, nullptr) == EINTR) {
+    timespec left{};
+    left.tv_sec = static_cast<time_t>(time_ms / 1000);
+    left.tv_nsec = static_cast<long>(time_ms % 1000) * 1'000'000;
+    while (system::clock_nanosleep(CLOCK_MONOTONIC, 0, &left, &left) == EINTR) {
     }
 }
 
 void yield_thread()
 {
-    sched_yield();
+    system::sched_yield();
 }
 
 std::int64_t unix_time_seconds()
 {
-    return time(nullptr);
+    return system::time(nullptr);
 }
 
 } // namespace platform

@@ -1,5 +1,5 @@
 #include "platform/platform.h"
-#include "platform/windows/system.h"
+#include "platform/windows/system_calls.h"
 
 #include <algorithm>
 #include <atomic>
@@ -29,14 +29,14 @@ void start_sockets()
         return;
     }
     WSADATA ignored;
-    WSAStartup(0x0202,
-               &ignored); // counted by the system, so a second call at the same time is fine
+    // Counted by the system, so a second call at the same time is fine.
+    system::WSAStartup(WORD{0x0202}, &ignored);
     started.store(true);
 }
 
 SocketHandle open_socket()
 {
-    return ::socket(AF_INET, SOCK_STREAM, IPPROTO_TCP);
+    return system::socket(AF_INET, SOCK_STREAM, IPPROTO_TCP);
 }
 
 bool connect_socket(SocketHandle socket, std::uint32_t address, std::uint16_t port)
@@ -45,13 +45,15 @@ bool connect_socket(SocketHandle socket, std::uint32_t address, std::uint16_t po
     peer.sin_family = AF_INET;
     peer.sin_port = htons(port);
     peer.sin_addr.s_addr = htonl(address);
-    return connect(socket, reinterpret_cast<const sockaddr*>(&peer), sizeof peer) == 0;
+    const auto* address_of_peer = reinterpret_cast<const sockaddr*>(&peer);
+    return system::connect(socket, address_of_peer, int{sizeof peer}) == 0;
 }
 
 void set_no_delay(SocketHandle socket)
 {
     const int on = 1;
-    setsockopt(socket, IPPROTO_TCP, TCP_NODELAY, reinterpret_cast<const char*>(&on), sizeof on);
+    system::setsockopt(socket, IPPROTO_TCP, TCP_NODELAY, reinterpret_cast<const char*>(&on),
+                       int{sizeof on});
 }
 
 int wait_readable(SocketHandle socket, std::uint32_t time_ms)
@@ -62,19 +64,19 @@ int wait_readable(SocketHandle socket, std::uint32_t time_ms)
     timeval time;
     time.tv_sec = static_cast<long>(time_ms / 1000);
     time.tv_usec = static_cast<long>(time_ms % 1000 * 1000);
-    return select(0, &readable, nullptr, nullptr, time_ms == infinite ? nullptr : &time);
+    return system::select(0, &readable, nullptr, nullptr, time_ms == infinite ? nullptr : &time);
 }
 
 std::ptrdiff_t receive(SocketHandle socket, void* bytes, std::size_t count)
 {
-    return recv(socket, static_cast<char*>(bytes), block_length(count), 0);
+    return system::recv(socket, static_cast<char*>(bytes), block_length(count), 0);
 }
 
 std::ptrdiff_t send(SocketHandle socket, const void* bytes, std::size_t count)
 {
     const auto* next = static_cast<const char*>(bytes);
     for (std::size_t left = count; left != 0;) {
-        const int sent = ::send(socket, next, block_length(left), 0);
+        const int sent = system::send(socket, next, block_length(left), 0);
         if (sent <= 0) {
             return -1;
         }
@@ -87,13 +89,13 @@ std::ptrdiff_t send(SocketHandle socket, const void* bytes, std::size_t count)
 void abort_socket(SocketHandle socket)
 {
     // The first fails every later `send`; one that waits inside the system needs the second.
-    shutdown(socket, SD_BOTH);
-    CancelIoEx(reinterpret_cast<HANDLE>(socket), nullptr);
+    system::shutdown(socket, SD_BOTH);
+    system::CancelIoEx(reinterpret_cast<HANDLE>(socket), nullptr);
 }
 
 void close_socket(SocketHandle socket)
 {
-    closesocket(socket);
+    system::closesocket(socket);
 }
 
 } // namespace platform

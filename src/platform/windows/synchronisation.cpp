@@ -1,5 +1,5 @@
 #include "platform/platform.h"
-#include "platform/windows/system.h"
+#include "platform/windows/system_calls.h"
 
 namespace platform
 {
@@ -12,57 +12,49 @@ static_assert(static_cast<DWORD>(WaitResult::timed_out) == WAIT_TIMEOUT);
 static_assert(static_cast<DWORD>(WaitResult::failed) == WAIT_FAILED);
 static_assert(infinite == INFINITE);
 
-namespace
-{
-
-void close_handle(HANDLE handle)
-{
-    if (handle != nullptr) {
-        CloseHandle(handle);
-    }
-}
-
-} // namespace
-
 Mutex* create_mutex()
 {
-    return static_cast<Mutex*>(CreateMutexW(nullptr, FALSE, nullptr));
+    return static_cast<Mutex*>(system::CreateMutexW(nullptr, FALSE, nullptr));
 }
 
 void destroy_mutex(Mutex* mutex)
 {
-    close_handle(mutex);
+    if (mutex != nullptr) {
+        system::close_mutex(mutex);
+    }
 }
 
 WaitResult lock_mutex(Mutex* mutex)
 {
-    return static_cast<WaitResult>(WaitForSingleObjectEx(mutex, INFINITE, FALSE));
+    return static_cast<WaitResult>(system::wait_for_mutex(mutex, INFINITE, FALSE));
 }
 
 void unlock_mutex(Mutex* mutex)
 {
-    ReleaseMutex(mutex);
+    system::ReleaseMutex(mutex);
 }
 
 Semaphore* create_semaphore(std::uint32_t initial, std::uint32_t maximum)
 {
-    return static_cast<Semaphore*>(
-        CreateSemaphoreW(nullptr, static_cast<LONG>(initial), static_cast<LONG>(maximum), nullptr));
+    return static_cast<Semaphore*>(system::CreateSemaphoreW(nullptr, static_cast<LONG>(initial),
+                                                            static_cast<LONG>(maximum), nullptr));
 }
 
 void destroy_semaphore(Semaphore* semaphore)
 {
-    close_handle(semaphore);
+    if (semaphore != nullptr) {
+        system::close_semaphore(semaphore);
+    }
 }
 
 WaitResult wait_semaphore(Semaphore* semaphore, std::uint32_t time_ms)
 {
-    return static_cast<WaitResult>(WaitForSingleObjectEx(semaphore, time_ms, TRUE));
+    return static_cast<WaitResult>(system::wait_for_semaphore(semaphore, time_ms, TRUE));
 }
 
 ReleaseResult release_semaphore(Semaphore* semaphore)
 {
-    if (ReleaseSemaphore(semaphore, 1, nullptr)) {
+    if (system::ReleaseSemaphore(semaphore, 1, nullptr)) {
         return ReleaseResult::released;
     }
     if (GetLastError() != ERROR_TOO_MANY_POSTS) {

@@ -1,10 +1,7 @@
 #include "platform/platform.h"
-#include "platform/windows/system.h"
+#include "platform/windows/system_calls.h"
 
 #include <limits>
-
-#include <process.h>
-#include <time.h>
 
 namespace platform
 {
@@ -15,12 +12,12 @@ bool start_thread(ThreadFunction function, void* context, std::size_t stack_byte
         return false;
     }
     const auto none = static_cast<std::uintptr_t>(-1);
-    return _beginthread(function, static_cast<unsigned>(stack_bytes), context) != none;
+    return system::_beginthread(function, static_cast<unsigned>(stack_bytes), context) != none;
 }
 
 void set_thread_priority(int priority)
 {
-    SetThreadPriority(GetCurrentThread(), priority);
+    system::SetThreadPriority(GetCurrentThread(), priority);
 }
 
 std::uint32_t current_thread_id()
@@ -40,7 +37,7 @@ void yield_thread()
 
 std::int64_t unix_time_seconds()
 {
-    return _time64(nullptr);
+    return system::_time64(nullptr);
 }
 
 } // namespace platform
