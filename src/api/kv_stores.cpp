@@ -11,8 +11,14 @@ VeltoResult open_kvstore(ARef<VeltoConnObject> connection, const std::u16string&
     if (mode < kv_read || mode > kv_write) {
         return result_invalid_argument();
     }
-    *store = kv_stores().add(
-        std::make_shared<KVStore>(connection, folder, prefix, static_cast<std::int32_t>(mode)));
+    const auto opened =
+        std::make_shared<KVStore>(connection, folder, prefix, static_cast<std::int32_t>(mode));
+    try {
+        *store = kv_stores().add(opened);
+    } catch (...) {
+        opened->close();
+        throw;
+    }
     return result_ok();
 }
 

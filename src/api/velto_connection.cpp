@@ -10,6 +10,9 @@ constexpr int worker_priority = -1;
 VeltoHandle velto_connect(uint32_t address)
 {
     auto connection = ARef<VeltoConnObject>::create();
+    if (!connection) {
+        return 0; // memory is exhausted: the handle of nothing
+    }
     connection->set_server_address(address);
     connection->start_worker(worker_priority);
     return connection_registry().add_connection(connection);

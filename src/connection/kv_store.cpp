@@ -52,6 +52,17 @@ bool KVStore::cut_prefix(std::u16string& key) const
     return true;
 }
 
+// The entry of a key for changes_order; none for a key that has its place there. Made before the
+// tables are touched: memory that is exhausted must not leave a change behind that has no place.
+std::list<std::u16string> KVStore::new_place(const std::u16string& key) const
+{
+    std::list<std::u16string> place;
+    if (!changes_set.contains(key) && !changes_erase.contains(key)) {
+        place.push_back(key);
+    }
+    return place;
+}
+
 void KVStore::on_metadata(const AString& report_prefix, const std::vector<ZAVL3::Metadata>& list)
 {
     const std::u16string first_part = report_prefix.to_wide();
@@ -62,12 +73,11 @@ void KVStore::on_metadata(const AString& report_prefix, const std::vector<ZAVL3:
         if (!cut_prefix(key)) {
             continue;
         }
-        const auto [place, is_new] =
-            changes_set.insert_or_assign(key, entry.get<"Value">().to_wide());
-        if (is_new && changes_erase.erase(key) == 0) { // one that was there keeps its place
-            changes_order.push_back(std::move(key));
-            is_news = true;
-        }
+        std::list<std::u16string> place = new_place(key);
+        changes_set.insert_or_assign(key, entry.get<"Value">().to_wide());
+        changes_erase.erase(key);
+        is_news = is_news || !place.empty();
+        changes_order.splice(changes_order.end(), place);
     }
     if (is_news) {
         changes_ready.notify_all();
@@ -84,11 +94,11 @@ void KVStore::on_metadata_removed(const AString& report_prefix, const std::vecto
         if (!cut_prefix(key)) {
             continue;
         }
-        const bool is_new = changes_erase.insert(key).second;
-        if (is_new && changes_set.erase(key) == 0) { // one that was there keeps its place
-            changes_order.push_back(std::move(key));
-            is_news = true;
-        }
+        std::list<std::u16string> place = new_place(key);
+        changes_erase.insert(key);
+        changes_set.erase(key);
+        is_news = is_news || !place.empty();
+        changes_order.splice(changes_order.end(), place);
     }
     if (is_news) {
         changes_ready.notify_all();
@@ -196,14 +206,14 @@ bool KVStore::wait_drained(std::uint32_t timeout_ms)
                                       [this] { return pending.finished || pending.is_empty(); });
 }
 
-// Without its writer, when the system refuses the thread, a store keeps its writes to itself:
+// Without its writer, when the system refuses it, a store keeps its writes to itself:
 // flushing it times out.
 void KVStore::start_writer()
 {
-    auto thread = std::make_unique<AThread>();
+    std::unique_ptr<AThread> thread(new (std::nothrow) AThread);
     const std::lock_guard guard(pending.lock);
     const auto run = [](void* store) { static_cast<KVStore*>(store)->run_writer(); };
-    if (A_CHECK("kv_store", thread->start(run, this))) {
+    if (A_CHECK("kv_store", thread != nullptr && thread->start(run, this))) {
         pending.thread = std::move(thread);
     }
 }
@@ -233,10 +243,13 @@ void KVStore::run_writer()
             pending.wake.wait(guard);
             continue;
         }
-        if (!pending.kv_set.empty()) {
-            send_first_set(guard);
-        } else {
-            send_first_erase(guard);
+        try {
+            send_first(guard);
+        } catch (const std::exception&) { // memory is exhausted: a failure like any other
+            if (!guard.owns_lock()) {
+                guard.lock();
+            }
+            pause(guard);
         }
         if (pending.is_empty()) {
             pending.drained.notify_all();
@@ -244,6 +257,15 @@ void KVStore::run_writer()
     }
     pending.finished = true;
     pending.drained.notify_all();
+}
+
+void KVStore::send_first(std::unique_lock<std::mutex>& guard)
+{
+    if (!pending.kv_set.empty()) {
+        send_first_set(guard);
+    } else {
+        send_first_erase(guard);
+    }
 }
 
 // A key that is set to another value meanwhile stays, to be sent once more; one that is erased
@@ -281,7 +303,12 @@ void KVStore::send_first_erase(std::unique_lock<std::mutex>& guard)
     }
 }
 
-// After a failure it pauses; new writes wake the wait, but only closing ends it early.
+// New writes wake the wait, but only closing ends it early.
+void KVStore::pause(std::unique_lock<std::mutex>& guard)
+{
+    pending.wake.wait_for(guard, retry_pause, [this] { return pending.quit; });
+}
+
 template <typename Write>
 bool KVStore::is_confirmed(std::unique_lock<std::mutex>& guard, Write write)
 {
@@ -289,7 +316,7 @@ bool KVStore::is_confirmed(std::unique_lock<std::mutex>& guard, Write write)
     const bool good = write() == VELTO_RESULT_OK;
     guard.lock();
     if (!good) {
-        pending.wake.wait_for(guard, retry_pause, [this] { return pending.quit; });
+        pause(guard);
     }
     return good;
 }

@@ -71,6 +71,7 @@ protected:
     bool writes() const { return mode != kv_read; }
 
     bool cut_prefix(std::u16string& key) const;
+    std::list<std::u16string> new_place(const std::u16string& key) const;
     Change take_oldest();
 
     void start_writer();
@@ -78,6 +79,8 @@ protected:
     bool wait_drained(std::uint32_t timeout_ms);
     // The writer. All are entered and left with pending.lock held, and let it go meanwhile.
     void run_writer();
+    void send_first(std::unique_lock<std::mutex>& guard);
+    void pause(std::unique_lock<std::mutex>& guard);
     void send_first_set(std::unique_lock<std::mutex>& guard);
     void send_first_erase(std::unique_lock<std::mutex>& guard);
     template <typename Write>

@@ -9,10 +9,16 @@ void NoticeQueue::post_notice(std::uint32_t kind, std::uint32_t channel)
     const Notice notice{kind, channel};
     {
         const std::lock_guard guard(lock);
-        if (!pending_notices.insert(notice).second) {
+        if (pending_notices.contains(notice)) {
             return;
         }
         notice_order.push_back(notice);
+        try {
+            pending_notices.insert(notice);
+        } catch (...) {
+            notice_order.pop_back();
+            throw;
+        }
     }
     changed.notify_all();
 }

@@ -235,6 +235,7 @@ private:
     void start_scan(const std::u16string& folder);
     void watch_and_scan_again();
     void watch(const std::u16string& folder);
+    void unwatch(const std::u16string& folder);
     template <typename Report, typename List>
     void tell_stores(const Report& report, const List& list,
                      void (KVStore::*tell)(const AString& prefix, const List& list));
@@ -251,6 +252,9 @@ VeltoResult CBHolder<Callback>::outcome() const
     if (callback->done_semaphore == nullptr) {
         return result_ok();
     }
-    callback->done_semaphore->wait(platform::infinite);
+    if (!callback->done_semaphore->wait(platform::infinite)) {
+        // Without a semaphore nobody can say when the delegates are through with the result.
+        return result_failed("Internal software error");
+    }
     return result_with_code(callback->result_code, callback->result_text);
 }

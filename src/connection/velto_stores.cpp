@@ -12,12 +12,17 @@ void VeltoConnObject::register_store(KVStore* kvstore, const std::u16string& fol
         return;
     }
     l->byStore.emplace(kvstore, folder);
-    std::set<KVStore*>& readers = l->byFolder[folder];
-    readers.insert(kvstore);
-    if (readers.size() == 1) {
-        watch(folder);
+    try {
+        std::set<KVStore*>& readers = l->byFolder[folder];
+        readers.insert(kvstore);
+        if (readers.size() == 1) {
+            watch(folder);
+        }
+        start_scan(folder);
+    } catch (...) {
+        unregister_store(kvstore); // it will never live
+        throw;
     }
-    start_scan(folder);
 }
 
 void VeltoConnObject::unregister_store(KVStore* kvstore)
@@ -28,8 +33,8 @@ void VeltoConnObject::unregister_store(KVStore* kvstore)
         A_REPORT("velto", "it != l->byStore.cend ()");
         return;
     }
-    const std::u16string folder = it->second;
-    l->byStore.erase(it);
+    const auto entry = l->byStore.extract(it);
+    const std::u16string& folder = entry.mapped();
     const auto it2 = l->byFolder.find(folder);
     if (it2 == l->byFolder.cend()) {
         A_REPORT("velto", "it2 != l->byFolder.cend ()");
@@ -38,9 +43,18 @@ void VeltoConnObject::unregister_store(KVStore* kvstore)
     it2->second.erase(kvstore);
     if (it2->second.empty()) {
         l->byFolder.erase(it2);
+        unwatch(folder);
+    }
+}
+
+// Memory that is exhausted leaves the server at it; what it then tells finds no reader.
+void VeltoConnObject::unwatch(const std::u16string& folder)
+{
+    try {
         ZAVL3::command::unwatch_metadata_database command;
         command.set<"MetadataDatabase">(AString(folder));
         issue(command);
+    } catch (const std::bad_alloc&) {
     }
 }
 

@@ -4,7 +4,14 @@ bool AThread::start(platform::ThreadFunction function, void* context)
 {
     body = function;
     body_context = context;
-    return platform::start_thread(&AThread::run, this, 0);
+    return ended.is_usable() && platform::start_thread(&AThread::run, this, 0);
+}
+
+void AThread::join()
+{
+    while (!ended.wait(platform::infinite)) {
+        platform::sleep_ms(1); // the system failed the wait; the thread still uses the object
+    }
 }
 
 void AThread::run(void* thread)

@@ -15,7 +15,7 @@ public:
     // Once. False, with nothing started, when the system refuses.
     bool start(platform::ThreadFunction function, void* context);
     // Returns when the function has returned; from then on the thread touches nothing of ours.
-    void join() { ended.wait(platform::infinite); }
+    void join();
 
 private:
     static void run(void* thread);

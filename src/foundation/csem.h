@@ -11,6 +11,7 @@ public:
     CSem& operator=(const CSem&) = delete;
     ~CSem();
 
+    bool is_usable() const { return handle != nullptr; }
     // True when a count was taken, false when `time_ms` ran out. `platform::infinite` waits for
     // ever.
     bool wait(std::uint32_t time_ms);

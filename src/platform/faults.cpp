@@ -2,6 +2,7 @@
 
 #include <mutex>
 #include <thread>
+#include <vector>
 
 namespace platform::faults
 {
@@ -10,9 +11,8 @@ namespace
 {
 
 struct Armed {
-    Fault fault{.call = {}, .times = 0};
+    Fault fault;
     std::thread::id by;
-    std::uint64_t struck = 0;
 
     bool concerns(std::thread::id thread) const
     {
@@ -21,11 +21,16 @@ struct Armed {
     }
 };
 
+struct Queue {
+    std::vector<Armed> faults;
+    std::uint64_t struck = 0;
+};
+
 struct Table {
-    Armed& of(Call call) { return entries[static_cast<std::size_t>(call)]; }
+    Queue& of(Call call) { return queues[static_cast<std::size_t>(call)]; }
 
     std::mutex lock; // not one of the platform layer, whose calls come here
-    std::array<Armed, call_names.size()> entries{};
+    std::array<Queue, call_names.size()> queues;
 };
 
 // Made by the first test that arms.
@@ -40,14 +45,14 @@ Table& table()
 void arm(const Fault& fault)
 {
     const std::lock_guard guard(table().lock);
-    table().of(fault.call) = {fault, std::this_thread::get_id()};
+    table().of(fault.call).faults.push_back({fault, std::this_thread::get_id()});
     any_armed.store(true, std::memory_order_relaxed);
 }
 
 void disarm_all()
 {
     const std::lock_guard guard(table().lock);
-    table().entries.fill({});
+    table().queues.fill({});
     any_armed.store(false, std::memory_order_relaxed);
 }
 
@@ -60,20 +65,23 @@ std::uint64_t struck(Call call)
 std::optional<Strike> next_strike(Call call)
 {
     const std::lock_guard guard(table().lock);
-    Armed& armed = table().of(call);
-    Fault& fault = armed.fault;
-    if (fault.times == 0 || !armed.concerns(std::this_thread::get_id())) {
-        return std::nullopt;
+    Queue& queue = table().of(call);
+    for (Armed& armed : queue.faults) {
+        Fault& fault = armed.fault;
+        if (fault.times == 0 || !armed.concerns(std::this_thread::get_id())) {
+            continue;
+        }
+        if (fault.behind != 0) {
+            --fault.behind;
+            return std::nullopt;
+        }
+        if (fault.times != for_good) {
+            --fault.times;
+        }
+        ++queue.struck;
+        return Strike{fault.effect, fault.bytes};
     }
-    if (fault.behind != 0) {
-        --fault.behind;
-        return std::nullopt;
-    }
-    if (fault.times != for_good) {
-        --fault.times;
-    }
-    ++armed.struck;
-    return Strike{fault.effect, fault.bytes};
+    return std::nullopt;
 }
 
 } // namespace platform::faults

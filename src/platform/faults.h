@@ -76,16 +76,16 @@ inline constexpr std::uint64_t for_good = ~std::uint64_t{0};
 struct Fault {
     Call call;
     Effect effect = Effect::fails;
+    std::size_t bytes = 1;    // for `cut`
     std::uint64_t behind = 0; // so many calls go well first
     std::uint64_t times = 1;
     Threads threads = Threads::all;
-    std::size_t bytes = 1;
 };
 
-// In place of what is armed for that call.
+// Behind what is armed for that call already: one fault strikes when the one before is used up.
 void arm(const Fault& fault);
 void disarm_all();
-// How often a fault has struck since it was armed.
+// How often faults of the call have struck since all were disarmed.
 std::uint64_t struck(Call call);
 
 struct Strike {

@@ -56,19 +56,21 @@ public:
 
     // Sends the command and gives its xid. The record is in the map before the first byte leaves,
     // so a reply cannot overtake it. Exactly one of the final delegates and on_error is called,
-    // once.
+    // once; where memory is exhausted on the way out, on_error is, as by a loss of the link.
     template <typename Command>
     AString issue(const Command& fields,
                   const ReplyDelegates<typename Command::Replies>& delegates = {})
     {
         AString xid;
-        {
-            const AMutexLock guard = outstanding->hold();
-            CommandRecord* record = outstanding->new_command();
-            delegates.copy_to(*record);
-            xid = outstanding->finish_command(record);
+        try {
+            xid = enter(delegates);
+            send(xid, fields);
+        } catch (const std::bad_alloc&) {
+            if (delegates.on_error.is_empty()) {
+                throw; // nobody else would know
+            }
+            outstanding->fail_unsent(xid, delegates.on_error);
         }
-        send(xid, fields);
         return xid;
     }
 
@@ -82,6 +84,15 @@ public:
     }
 
 private:
+    template <typename Delegates>
+    AString enter(const Delegates& delegates)
+    {
+        const AMutexLock guard = outstanding->hold();
+        CommandRecord* record = outstanding->new_command();
+        delegates.copy_to(*record);
+        return outstanding->finish_command(record);
+    }
+
     // A reply to no command known is dropped: that is the normal end of a command that nobody waits
     // for, and of a late reply after a loss of the link.
     template <typename Reply>
@@ -89,14 +100,27 @@ private:
     {
         if constexpr (Reply::ending == Ending::final) {
             typename Reply::Delegate delegate;
-            if (outstanding->take_delegate<Reply>(xid, delegate)) {
-                message.apply(delegate);
+            reply::error::Delegate on_error;
+            if (outstanding->take_delegates<Reply>(xid, delegate, on_error)) {
+                try {
+                    message.apply(delegate);
+                } catch (const std::bad_alloc&) { // in the copies that the delegate is given
+                    tell_loss(on_error);
+                    throw;
+                }
             }
         } else if (CommandRecord* record = outstanding->enter_delegate(xid)) {
+            const InDelegate in_delegate{*outstanding, record};
             message.apply(delegate_for<Reply>(*record));
-            outstanding->leave_delegate(record);
         }
     }
+
+    struct InDelegate {
+        ~InDelegate() { outstanding.leave_delegate(record); }
+
+        OutstandingCommands& outstanding;
+        CommandRecord* record;
+    };
 
     std::unique_ptr<OutstandingCommands> outstanding;
 };

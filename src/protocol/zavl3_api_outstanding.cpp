@@ -13,13 +13,18 @@ namespace
 // Frees the record of a command that the loss of its link ends, then tells its issuer.
 void fail_command(CommandRecord* record)
 {
-    static const NoDestructor<AString> text("Failing all outstanding commands");
     const reply::error::Delegate on_error = record->on_error;
     delete record;
-    on_error(*text, word<ErrorCode>("general"));
+    tell_loss(on_error);
 }
 
 } // namespace
+
+void tell_loss(const reply::error::Delegate& on_error)
+{
+    static const NoDestructor<AString> text("Failing all outstanding commands");
+    on_error(*text, word<ErrorCode>("general"));
+}
 
 bool CommandRecord::has_delegate() const
 {
@@ -42,12 +47,15 @@ CommandRecord* OutstandingCommands::new_command()
     AString xid;
     do { // after a wrap of the counter, a number still outstanding is skipped
         xid = from_u32(atomic_increment(last_xid_number));
+        if (xid.is_empty()) { // memory is exhausted, of which strings do not tell
+            throw std::bad_alloc();
+        }
     } while (find_command(xid) != nullptr);
-    auto* record = new CommandRecord;
+    auto record = std::make_unique<CommandRecord>();
     record->parent = this;
     record->xid = xid;
-    commands[xid] = record;
-    return record;
+    commands.emplace(xid, record.get());
+    return record.release();
 }
 
 AString OutstandingCommands::finish_command(CommandRecord* record)
@@ -77,6 +85,18 @@ void OutstandingCommands::release_command(CommandRecord* record)
     const AMutexLock guard = hold();
     commands.erase(record->xid);
     delete record;
+}
+
+void OutstandingCommands::fail_unsent(const AString& xid, const reply::error::Delegate& on_error)
+{
+    const AMutexLock guard = hold();
+    if (xid.is_empty()) {
+        return tell_loss(on_error);
+    }
+    if (CommandRecord* record = find_command(xid)) {
+        commands.erase(xid);
+        fail_command(record);
+    }
 }
 
 std::uint64_t OutstandingCommands::outstanding_count()

@@ -45,6 +45,9 @@ typename Reply::Delegate& delegate_for(CommandRecord& record)
     return delegate_for(record, static_cast<const Reply*>(nullptr));
 }
 
+// Calls the delegate of a command that the loss of its link ends.
+void tell_loss(const reply::error::Delegate& on_error);
+
 // The commands of one connection that wait for their final reply. It owns their records.
 //
 // Thread: any. Locks: `lock` guards the map; it is recursive, and nests inside send_lock.
@@ -64,6 +67,9 @@ public:
     AString finish_command(CommandRecord* record);
     CommandRecord* find_command(const AString& xid);
     void release_command(CommandRecord* record);
+    // Ends a command that has not gone out as the loss of its link would, unless that has been
+    // quicker. One without an xid has not been entered.
+    void fail_unsent(const AString& xid, const reply::error::Delegate& on_error);
     std::uint64_t outstanding_count();
     // Every command gets its on_error, in string order of the xids. Entered from one of its own
     // delegates it does nothing.
@@ -72,11 +78,12 @@ public:
     // Holds `lock`, so that a record can be made and filled before anybody else sees it.
     AMutexLock hold() { return AMutexLock(&lock); }
 
-    // Takes the record of a final reply out and frees it, and gives the delegate for the reply:
-    // what can be dropped is dropped before the caller is woken. False when there is no such
-    // command.
+    // Takes the record of a final reply out and frees it, and gives the delegate for the reply and
+    // that for a failure: what can be dropped is dropped before the caller is woken. False when
+    // there is no such command.
     template <typename Reply>
-    bool take_delegate(const AString& xid, typename Reply::Delegate& delegate)
+    bool take_delegates(const AString& xid, typename Reply::Delegate& delegate,
+                        reply::error::Delegate& on_error)
     {
         const AMutexLock guard = hold();
         CommandRecord* record = find_command(xid);
@@ -84,6 +91,7 @@ public:
             return false;
         }
         delegate = delegate_for<Reply>(*record);
+        on_error = record->on_error;
         release_command(record);
         return true;
     }

@@ -3,6 +3,7 @@
 #include "foundation/afunctionext.h"
 
 #include <algorithm>
+#include <exception>
 
 #ifndef VELTO_WORKER_STACK_BYTES
 #define VELTO_WORKER_STACK_BYTES 65536
@@ -53,13 +54,17 @@ void Client::stop_worker()
     }
 }
 
-// Whether the thread was started is not looked at: an object whose worker could not start waits for
-// it when it is destroyed. Wanted as it is.
+// When the system refuses the thread, nobody is told: the object is one that was never started,
+// whose link stays down, and which does not wait for a worker when it is destroyed.
 void Client::start_worker(int priority)
 {
+    auto start = std::make_unique<WorkerStart>(WorkerStart{this, priority});
     thread_running = true;
-    platform::start_thread(&Client::worker_main, new WorkerStart{this, priority},
-                           worker_stack_bytes);
+    if (platform::start_thread(&Client::worker_main, start.get(), worker_stack_bytes)) {
+        start.release(); // the worker frees it
+    } else {
+        thread_running = false;
+    }
 }
 
 void Client::worker_main(void* start)
@@ -90,12 +95,23 @@ void Client::run_worker(int priority)
     platform::set_thread_priority(priority);
     while (!stop_requested) {
         platform::sleep_ms(reconnect_pause_ms);
-        attempt_connect();
+        guard_step(&Client::attempt_connect);
         while (connected && !stop_requested) {
-            pump();
+            guard_step(&Client::pump);
         }
     }
     worker_thread_id = 0; // the system may give the number to another thread
+}
+
+// Memory that is exhausted costs the link, and with it all that is half done, but never the
+// process.
+void Client::guard_step(void (Client::*step)())
+{
+    try {
+        (this->*step)();
+    } catch (const std::exception&) {
+        send_failed = true; // the next pump carries out the loss
+    }
 }
 
 void Client::attempt_connect()

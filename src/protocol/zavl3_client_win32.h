@@ -57,6 +57,7 @@ private:
     struct WorkerStart;
     static void worker_main(void* start);
     void run_worker(int priority);
+    void guard_step(void (Client::*step)());
     void attempt_connect();
     void pump();
     bool run_keepalive();

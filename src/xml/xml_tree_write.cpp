@@ -51,6 +51,7 @@ public:
     XMLWriter(Output& receiver, XMLWriteMode layout, bool shorten)
         : output(receiver), mode(layout), short_empty(shorten)
     {
+        open_elements.reserve(usual_depth); // memory for it is there before the first byte goes out
     }
 
     void write(const XMLTree& root)
@@ -67,6 +68,8 @@ public:
     }
 
 private:
+    static constexpr std::size_t usual_depth = 16;
+
     struct OpenElement {
         const XMLTree* tree;
         const XMLTreeList::EntryStruct* next_child;

@@ -167,13 +167,14 @@ TEST_F(OutstandingCommandsTest, GiveTheDelegateOfAFinalReplyAndForgetTheCommand)
 {
     const AString xid = issue("a")->xid;
     reply::error::Delegate delegate;
-    EXPECT_FALSE(outstanding.take_delegate<reply::error>(AString("x"), delegate));
-    EXPECT_TRUE(outstanding.take_delegate<reply::error>(xid, delegate));
+    reply::error::Delegate on_error;
+    EXPECT_FALSE(outstanding.take_delegates<reply::error>(AString("x"), delegate, on_error));
+    EXPECT_TRUE(outstanding.take_delegates<reply::error>(xid, delegate, on_error));
     EXPECT_EQ(outstanding.outstanding_count(), 0u);
     EXPECT_EQ(log.lines, Lines{});
     delegate(AString("m"), ErrorCode{1});
     EXPECT_EQ(log.lines, Lines{"a: error m 1"});
-    EXPECT_FALSE(outstanding.take_delegate<reply::error>(xid, delegate));
+    EXPECT_FALSE(outstanding.take_delegates<reply::error>(xid, delegate, on_error));
 }
 
 TEST_F(OutstandingCommandsTest, FailAllWithNoneDoesNothing)

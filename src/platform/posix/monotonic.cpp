@@ -20,8 +20,10 @@ bool read_clock(timespec& time)
 
 timespec monotonic_deadline(std::uint32_t time_ms)
 {
-    timespec deadline{}; // without a clock it stays in the past: no wait is drawn out
-    read_clock(deadline);
+    timespec deadline{};
+    if (!read_clock(deadline)) {
+        return deadline; // long past: no wait is drawn out
+    }
     const std::int64_t ns = deadline.tv_nsec + std::int64_t{time_ms % 1000} * ns_per_ms;
     deadline.tv_sec += time_ms / 1000 + ns / ns_per_s;
     deadline.tv_nsec = ns % ns_per_s;

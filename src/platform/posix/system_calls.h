@@ -40,8 +40,26 @@ struct InErrno {
     }
 };
 
+// One that goes on in the background when it is interrupted.
+template <Call Which, typename Failure, auto Native>
+struct InterruptedInside {
+    template <typename... Arguments>
+    auto operator()(Arguments... arguments) const
+    {
+        using Result = decltype(Native(arguments...));
+        const auto strike = faults::strike(Which);
+        if (!strike || strike->effect == faults::Effect::interrupted) {
+            const Result result = Native(arguments...);
+            if (!strike || result != 0) {
+                return result;
+            }
+        }
+        return Failure::template tell<Result>(strike->effect);
+    }
+};
+
 inline constexpr SystemCall<Call::open_socket, InErrno, ::socket> socket;
-inline constexpr SystemCall<Call::connect, InErrno, ::connect> connect;
+inline constexpr InterruptedInside<Call::connect, InErrno, ::connect> connect;
 inline constexpr SystemCall<Call::connect_result, InErrno, ::getsockopt> getsockopt;
 inline constexpr SystemCall<Call::set_option, InErrno, ::setsockopt> setsockopt;
 inline constexpr SystemCall<Call::wait_ready, InErrno, ::poll> poll;
