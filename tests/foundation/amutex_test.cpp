@@ -2,6 +2,7 @@
 
 #include "support/assert_watch.h"
 #include "support/await.h"
+#include "support/faults.h"
 
 #include <atomic>
 #include <chrono>
@@ -129,6 +130,27 @@ TEST(AMutexLock, KeepsThreadsApart)
         await(std::move(thread));
     }
     EXPECT_EQ(counter, 4000);
+}
+
+TEST(AMutexLock, OfAMutexThatWasNotCreatedIsEmpty)
+{
+    const Faults faults{{.call = platform::Call::create_mutex}};
+    AMutex mutex;
+    const AMutexLock guard(&mutex);
+    EXPECT_TRUE(guard.is_empty());
+}
+
+TEST(AMutexLock, ThatFailsIsEmptyAndReleasesNothing)
+{
+    AMutex mutex;
+    const Faults faults{{.call = platform::Call::lock_mutex}};
+    {
+        const AMutexLock held(&mutex);
+        EXPECT_TRUE(held.is_empty());
+    }
+    EXPECT_EQ(Faults::struck(platform::Call::lock_mutex), 1u);
+    const AMutexLock next(&mutex);
+    EXPECT_FALSE(next.is_empty());
 }
 
 } // namespace

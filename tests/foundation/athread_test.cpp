@@ -1,6 +1,7 @@
 #include "foundation/athread.h"
 
 #include "support/event_log.h"
+#include "support/faults.h"
 
 #include <gtest/gtest.h>
 
@@ -64,6 +65,41 @@ TEST(AThread, CanGoRightAfterTheJoin)
         thread->join();
     }
     EXPECT_EQ(runs, 200);
+}
+
+TEST(AThread, OneThatTheSystemRefusesIsTold)
+{
+    EventLog log;
+    const Faults faults{{.call = platform::Call::start_thread}};
+    AThread thread;
+    EXPECT_FALSE(thread.start(&note_start, &log));
+    EXPECT_EQ(log.count("started"), 0);
+}
+
+// Nobody could wait for it.
+TEST(AThread, WithoutASemaphoreNoneIsStarted)
+{
+    EventLog log;
+    const Faults faults{{.call = platform::Call::create_semaphore}};
+    AThread thread;
+    EXPECT_FALSE(thread.start(&note_start, &log));
+    EXPECT_EQ(log.count("started"), 0);
+}
+
+TEST(AThread, JoinWaitsForTheEndThoughTheSystemFailsIt)
+{
+    std::atomic<bool> ended{false};
+    AThread thread;
+    const Faults faults{
+        {.call = platform::Call::wait_semaphore, .times = 20, .threads = Faults::Threads::caller}};
+    ASSERT_TRUE(thread.start(
+        [](void* context) {
+            Faults::await(platform::Call::wait_semaphore, 20);
+            *static_cast<std::atomic<bool>*>(context) = true;
+        },
+        &ended));
+    thread.join();
+    EXPECT_TRUE(ended);
 }
 
 } // namespace

@@ -2,6 +2,7 @@
 
 #include "support/assert_watch.h"
 #include "support/await.h"
+#include "support/faults.h"
 
 #include <utility>
 
@@ -50,6 +51,18 @@ TEST(BSem, SignalThatFailsIsReported)
     const AssertWatch watch;
     semaphore.signal();
     EXPECT_EQ(watch.count("bsem"), 1u);
+}
+
+TEST(BSem, ASignalThatFailsIsReportedAndGivesNothing)
+{
+    const AssertWatch watch;
+    BSem semaphore(false);
+    const Faults faults{{.call = platform::Call::release_semaphore}};
+    semaphore.signal();
+    EXPECT_EQ(watch.count("bsem"), 1u);
+    EXPECT_FALSE(semaphore.wait(0));
+    semaphore.signal();
+    EXPECT_TRUE(semaphore.wait(0));
 }
 
 } // namespace

@@ -2,6 +2,7 @@
 
 #include "support/assert_watch.h"
 #include "support/await.h"
+#include "support/faults.h"
 
 #include <utility>
 
@@ -65,6 +66,52 @@ TEST(CSem, OneThatCannotBeCreatedReportsThatAndEveryWait)
     EXPECT_EQ(watch.count("csem"), 2u);
     EXPECT_FALSE(semaphore.wait(platform::infinite));
     EXPECT_EQ(watch.count("csem"), 3u);
+}
+
+TEST(CSem, OneThatWasNotCreatedReportsEveryWaitAndFailsIt)
+{
+    const AssertWatch watch;
+    const Faults faults{{.call = platform::Call::create_semaphore}};
+    CSem semaphore(1, 1);
+    EXPECT_FALSE(semaphore.is_usable());
+    EXPECT_EQ(watch.count("csem"), 1u);
+    EXPECT_FALSE(semaphore.wait(0));
+    EXPECT_FALSE(semaphore.wait(platform::infinite));
+    EXPECT_EQ(watch.count("csem"), 3u);
+}
+
+TEST(CSem, AWaitThatFailsIsReported)
+{
+    const AssertWatch watch;
+    CSem semaphore(1, 1);
+    {
+        const Faults faults{{.call = platform::Call::wait_semaphore}};
+        EXPECT_FALSE(semaphore.wait(platform::infinite));
+    }
+    EXPECT_EQ(watch.count("csem"), 1u);
+    EXPECT_TRUE(semaphore.wait(0));
+}
+
+TEST(CSem, AWaitWithoutLimitThatRunsOutOfTimeIsReported)
+{
+    const AssertWatch watch;
+    CSem semaphore(1, 1);
+    const Faults faults{
+        {.call = platform::Call::wait_semaphore, .effect = Faults::Effect::timed_out}};
+    EXPECT_FALSE(semaphore.wait(platform::infinite));
+    EXPECT_EQ(watch.count("csem"), 1u);
+}
+
+TEST(CSem, AnInterruptedWaitIsMadeAgain)
+{
+    const AssertWatch watch;
+    CSem semaphore(1, 1);
+    const Faults faults{{.call = platform::Call::wait_semaphore,
+                         .effect = Faults::Effect::interrupted,
+                         .times = 3}};
+    EXPECT_TRUE(semaphore.wait(platform::infinite));
+    EXPECT_EQ(Faults::struck(platform::Call::wait_semaphore), 3u);
+    EXPECT_EQ(watch.count(), 0u);
 }
 
 } // namespace
