@@ -5,7 +5,7 @@
 ZAVL3::ClipInfo& ClipRecord::get_writable()
 {
     if (!record.has_no_others(1)) {
-        record = ARef<ZAVL3::ClipInfo>::create(*record);
+        record = ARef<ZAVL3::ClipInfo>::create_or_throw(*record);
     }
     return *record;
 }

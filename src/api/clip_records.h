@@ -13,7 +13,7 @@ class ClipRecord
 {
 public:
     ClipRecord(VeltoHandle origin, ZAVL3::ClipInfo info)
-        : connection(origin), record(ARef<ZAVL3::ClipInfo>::create(std::move(info)))
+        : connection(origin), record(ARef<ZAVL3::ClipInfo>::create_or_throw(std::move(info)))
     {
     }
 

@@ -1,5 +1,6 @@
 #include "connection/name_list.h"
 
+#include <new>
 #include <tuple>
 #include <utility>
 
@@ -20,10 +21,13 @@ void NameListBuilder::append(const AString& name)
 void NameListBuilder::pack()
 {
     if (!names) {
-        names = NameList::create();
+        names = NameList::create_or_throw();
     }
     // One name alone would come with the whole text that it is a piece of.
     const AString text = AString(unpacked).compact_copy(0);
+    if (text.length() != unpacked_length) {
+        throw std::bad_alloc(); // or names would have pieces of others
+    }
     std::uint64_t start = 0;
     for (const AString& name : unpacked) {
         names->push_back(text.mid(start, name.length()));

@@ -128,6 +128,18 @@ public:
         return reference;
     }
 
+    // For what cannot go on without its object: exhausted memory is the exception that it is
+    // elsewhere.
+    template <typename... Arguments>
+    static ARef create_or_throw(Arguments&&... arguments)
+    {
+        ARef reference = create(std::forward<Arguments>(arguments)...);
+        if (!reference) {
+            throw std::bad_alloc();
+        }
+        return reference;
+    }
+
     // The new object is held before the old one is let go, so assigning an object to itself keeps
     // it.
     void assign(T* object)

@@ -36,7 +36,7 @@ public:
         {
             for (const EntryStruct* entry = other.head.get(); entry != nullptr;
                  entry = entry->next.get()) {
-                link(Entry::create(entry->value));
+                link(Entry::create_or_throw(entry->value));
             }
         }
         Body& operator=(const Body&) = delete;
@@ -133,13 +133,13 @@ public:
     };
 
     nonstd_list() = default;
-    explicit nonstd_list(const Body& other) : body(ARef<Body>::create(other)) {}
+    explicit nonstd_list(const Body& other) : body(ARef<Body>::create_or_throw(other)) {}
 
     // Never unshares; makes the empty body of a list that was never touched.
     const Body& get_readable() const
     {
         if (!body) {
-            body = ARef<Body>::create();
+            body = ARef<Body>::create_or_throw();
         }
         return *body;
     }
@@ -147,14 +147,14 @@ public:
     Body& get_writable()
     {
         if (!body) {
-            body = ARef<Body>::create();
+            body = ARef<Body>::create_or_throw();
         } else if (body.use_count() != 1) {
-            body = ARef<Body>::create(*body);
+            body = ARef<Body>::create_or_throw(*body);
         }
         return *body;
     }
 
-    void push_back(T value) { get_writable().link(Entry::create(std::move(value))); }
+    void push_back(T value) { get_writable().link(Entry::create_or_throw(std::move(value))); }
 
     Entry pop_front() { return get_writable().unlink_head(); }
 
@@ -185,7 +185,7 @@ public:
         if (body && is_sole_owner()) {
             body->clear();
         } else {
-            body = ARef<Body>::create();
+            body = ARef<Body>::create_or_throw();
         }
     }
 

@@ -35,6 +35,7 @@ public:
     XMLTree parse(const XMLFlatText& flat_text, bool* refused);
 
 private:
+    void forget();
     void step();
     void add_text(XMLChars piece, bool is_space);
     void open_element(const XMLTag& tag);

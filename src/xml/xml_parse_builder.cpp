@@ -20,6 +20,7 @@ XMLTree XMLTreeBuilder::parse(const AString& text, bool* refused, const XMLNameS
 
 XMLTree XMLTreeBuilder::parse(const XMLFlatText& flat_text, bool* refused)
 {
+    forget(); // memory may have run out in the middle of the text before
     source = &flat_text;
     text = trim_right(trim_left(flat_text.get_chars()));
     pos = 0;
@@ -31,13 +32,17 @@ XMLTree XMLTreeBuilder::parse(const XMLFlatText& flat_text, bool* refused)
     if (refused != nullptr) {
         *refused = error;
     }
-    XMLTree tree = std::exchange(result, XMLTree());
     if (error) {
-        short_texts.clear();
-        stack.clear();
-        return XMLTree();
+        forget();
     }
-    return tree;
+    return std::exchange(result, XMLTree());
+}
+
+void XMLTreeBuilder::forget()
+{
+    short_texts.clear();
+    stack.clear();
+    result = XMLTree();
 }
 
 void XMLTreeBuilder::step()
@@ -87,7 +92,7 @@ void XMLTreeBuilder::open_element(const XMLTag& tag)
     }
     XMLOpenElement& opened = stack.emplace_back();
     opened.name = tag.name;
-    opened.element = XMLTreeList::Entry::create();
+    opened.element = XMLTreeList::Entry::create_or_throw();
     XMLTree& tree = opened.element->value;
     for (const auto& [attribute_name, value] : tag.attributes) {
         tree.attributes[source->keep(attribute_name, text_slack)] = source->keep(value, text_slack);

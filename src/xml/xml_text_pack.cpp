@@ -1,5 +1,7 @@
 #include "xml/xml_text_pack.h"
 
+#include <new>
+
 void XMLTextPack::add(XMLChars text, AString* string)
 {
     if (text.empty()) {
@@ -20,7 +22,9 @@ void XMLTextPack::flush()
     }
     AStringBuilder builder;
     for (const Text& text : texts) {
-        builder.append(text.chars.data(), text.chars.size());
+        if (!builder.append(text.chars.data(), text.chars.size())) {
+            throw std::bad_alloc(); // or texts would have pieces of others
+        }
     }
     const AString all = builder.finish();
     std::uint64_t at = 0;

@@ -59,6 +59,23 @@ std::string between(const std::string& text, std::string_view begin, std::string
 
 } // namespace
 
+std::optional<ReceivedCommand> take_command(std::string& unread)
+{
+    constexpr std::string_view begin = "<cmd>";
+    constexpr std::string_view end = "</cmd>";
+    const std::size_t found = unread.find(end);
+    if (found == std::string::npos) {
+        return std::nullopt;
+    }
+    if (!unread.starts_with(begin)) {
+        throw std::runtime_error("this is no command: " + unread);
+    }
+    const std::string text = unread.substr(0, found + end.size());
+    unread.erase(0, text.size());
+    return ReceivedCommand{text, between(text, "<xid>", "<"),
+                           between(text, "</xid>\r\n<", " />\r\n")};
+}
+
 std::string reply_message(std::string_view xid, std::string_view content)
 {
     return "<reply><xid>" + std::string(xid) + "</xid>" + std::string(content) + "</reply>";
@@ -96,23 +113,18 @@ std::string ScriptLink::receive()
 
 ReceivedCommand ScriptLink::expect_command()
 {
-    constexpr std::string_view begin = "<cmd>";
-    constexpr std::string_view end = "</cmd>";
     std::string text = receive();
-    std::size_t found = 0;
-    while ((found = text.find(end)) == std::string::npos) {
+    for (;;) {
+        if (auto command = take_command(text)) {
+            side->unread = std::move(text);
+            return *command;
+        }
         const std::string piece = receive();
         if (piece.empty()) {
             throw std::runtime_error("the link ended in place of a command, with: " + text);
         }
         text += piece;
     }
-    if (!text.starts_with(begin)) {
-        throw std::runtime_error("this is no command: " + text);
-    }
-    side->unread = text.substr(found + end.size());
-    text.resize(found + end.size());
-    return {text, between(text, "<xid>", "<"), between(text, "</xid>\r\n<", " />\r\n")};
 }
 
 ReceivedCommand ScriptLink::expect(std::string_view name)

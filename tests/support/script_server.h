@@ -2,6 +2,7 @@
 
 #include <cstdint>
 #include <memory>
+#include <optional>
 #include <string>
 #include <string_view>
 
@@ -17,6 +18,9 @@ struct ReceivedCommand {
     std::string xid;
     std::string name;
 };
+
+// The first command of `unread`, which it leaves, if that is whole. Nothing may stand before it.
+std::optional<ReceivedCommand> take_command(std::string& unread);
 
 // A message to the client: `content` is the element inside.
 std::string reply_message(std::string_view xid, std::string_view content);
