@@ -226,17 +226,19 @@ public:
     std::uint64_t start_offset = 0;
     std::uint64_t len = 0;
 
+    // Whether both show the same part of the same storage.
+    bool is_same_view(const AString& other) const
+    {
+        return storage.get() == other.storage.get() && start_offset == other.start_offset &&
+               len == other.len;
+    }
+
 private:
     friend class AStringBuilder;
     // All new strings and substrings pass here: no storage without characters, and none of those
     // beyond the end of the storage.
     void bind_view(ARef<AStringStorage> text, std::uint64_t offset, std::uint64_t count);
 
-    bool is_same_view(const AString& other) const
-    {
-        return storage.get() == other.storage.get() && start_offset == other.start_offset &&
-               len == other.len;
-    }
     bool has_same_characters(const AString& other) const;
 
     // The view for a reference copied from `other`; an empty one where the reference was refused.

@@ -2,6 +2,9 @@
 
 #include "foundation/astring.h"
 
+#include <deque>
+#include <string>
+#include <string_view>
 #include <vector>
 
 // Words with a number each, found by their characters: an open hash table that is never more than
@@ -13,6 +16,7 @@ public:
         AString text;
         std::int32_t value;
         std::vector<AChar> characters; // of the text, side by side
+        std::string bytes;             // the same for an ASCII text, else empty
     };
 
     // `text` is not empty. Of the same texts the first stays.
@@ -20,6 +24,7 @@ public:
     // Null when there is none.
     const Entry* find(const AChar* characters, std::uint64_t count) const;
     const Entry* find(const AString& text) const;
+    const Entry* find(std::string_view ascii) const;
 
 private:
     struct Slot {
@@ -28,7 +33,9 @@ private:
     };
 
     void place(const Slot& slot);
+    template <typename Character, typename IsText>
+    const Entry* find_if(const Character* characters, std::uint64_t count, IsText is_text) const;
 
-    std::vector<Entry> entries;
-    std::vector<Slot> slots; // none, or a power of two of them
+    std::deque<Entry> entries; // they stay where they are
+    std::vector<Slot> slots;   // none, or a power of two of them
 };

@@ -30,6 +30,12 @@ std::int32_t EnumString::from_string(const AString& text) const
     return value;
 }
 
+std::int32_t EnumString::from_string(std::string_view ascii) const
+{
+    const AStringTable::Entry* found = by_text.find(ascii);
+    return found != nullptr ? found->value : invalid_value;
+}
+
 bool EnumString::from_string(const AString& text, std::int32_t* value) const
 {
     const AStringTable::Entry* found = by_text.find(text);

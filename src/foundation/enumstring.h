@@ -19,6 +19,7 @@ public:
 
     const AString& to_string(std::int32_t value) const;
     std::int32_t from_string(const AString& text) const;
+    std::int32_t from_string(std::string_view ascii) const;
     // False, with the value untouched, for an unknown word.
     bool from_string(const AString& text, std::int32_t* value) const;
 

@@ -426,4 +426,49 @@ TEST(FromFract16, RoundsHalfUpAtEveryNumberOfDigits)
     }
 }
 
+template <typename Number>
+std::optional<Number> short_decimal(std::string_view text)
+{
+    Number value = 77;
+    const bool taken = take_short_decimal(text, &value);
+    EXPECT_TRUE(taken || value == 77) << text;
+    return taken ? std::optional<Number>(value) : std::nullopt;
+}
+
+TEST(TakeShortDecimal, TakesAFewDigitsAndNothingElse)
+{
+    EXPECT_EQ(short_decimal<std::uint32_t>("0"), 0u);
+    EXPECT_EQ(short_decimal<std::uint32_t>("007"), 7u);
+    EXPECT_EQ(short_decimal<std::int32_t>("999999999"), 999999999);
+    EXPECT_EQ(short_decimal<std::uint64_t>("123456789"), 123456789u);
+    for (const char* text : {"", " 1", "1 ", "-1", "+1", "0x10", "1.5X", "/", ":", "1a", "\xC3\xB1",
+                             "0000000001", "1234567890"}) {
+        EXPECT_EQ(short_decimal<std::uint32_t>(text), std::nullopt) << text;
+    }
+}
+
+TEST(TakeShortDecimal, LeavesWhatDoesNotFit)
+{
+    EXPECT_EQ(short_decimal<std::uint8_t>("255"), 255);
+    EXPECT_EQ(short_decimal<std::uint8_t>("256"), std::nullopt);
+    EXPECT_EQ(short_decimal<std::uint16_t>("65535"), 65535);
+    EXPECT_EQ(short_decimal<std::uint16_t>("65536"), std::nullopt);
+}
+
+// All that it takes means the same to the full conversions.
+TEST(TakeShortDecimal, AgreesWithTheConversions)
+{
+    for (const std::uint32_t value : {0u, 1u, 9u, 10u, 255u, 65536u, 98304u, 999999999u}) {
+        const std::string text = std::to_string(value);
+        const AString string(text.c_str());
+        std::uint32_t u32 = 0;
+        std::int32_t i32 = 0;
+        fract16 fraction = 0;
+        ASSERT_TRUE(to_u32(string, &u32) && to_i32(string, &i32) && to_fract16(string, &fraction));
+        EXPECT_EQ(short_decimal<std::uint32_t>(text), u32);
+        EXPECT_EQ(short_decimal<std::int32_t>(text), i32);
+        EXPECT_EQ(short_decimal<fract16>(text), fraction);
+    }
+}
+
 } // namespace

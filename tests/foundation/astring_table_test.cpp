@@ -15,6 +15,11 @@ std::int32_t value_of(const AStringTable& table, const AString& text)
     return entry != nullptr ? entry->value : -1;
 }
 
+AString from_chars(const std::vector<AChar>& characters)
+{
+    return AString::from_chars(characters.data(), characters.size());
+}
+
 AString word(int number)
 {
     return AString(("word_" + std::to_string(number)).c_str());
@@ -50,6 +55,17 @@ TEST(AStringTable, WordsThatTheHashDoesNotTellApartAreFoundByTheirCharacters)
     EXPECT_EQ(value_of(table, AString("a1bc2d")), 1);
     EXPECT_EQ(value_of(table, AString("a3bc4d")), 2);
     EXPECT_EQ(table.find(AString("a5bc6d")), nullptr);
+}
+
+TEST(AStringTable, FindsWordsByTheirBytes)
+{
+    AStringTable table;
+    table.add(AString("play"), 1);
+    table.add(from_chars({'p', 'l', 0xE9, 'y'}), 2);
+    EXPECT_EQ(table.find(std::string_view("play")), table.find(AString("play")));
+    for (const char* bytes : {"", "pla", "plays", "Play", "pl\xE9y", "pl\xC3\xA9y"}) {
+        EXPECT_EQ(table.find(std::string_view(bytes)), nullptr) << bytes;
+    }
 }
 
 TEST(AStringTable, HoldsTheFirstOfTheSameTexts)

@@ -28,6 +28,14 @@ TEST(EnumString, GoesBothWays)
     EXPECT_EQ(speeds.from_string(AString("oneX")), -3);
 }
 
+TEST(EnumString, KnowsTheBytesOfItsWords)
+{
+    const EnumString speeds = table({{0, "none"}, {7, "smart"}});
+    EXPECT_EQ(speeds.from_string(std::string_view("smart")), 7);
+    EXPECT_EQ(speeds.from_string(std::string_view("Smart")), -1);
+    EXPECT_EQ(speeds.from_string(std::string_view("smarter").substr(0, 5)), 7);
+}
+
 TEST(EnumString, GivesWhatItWasToldForTheUnknown)
 {
     const EnumString words = table({{0, "a"}});
