@@ -32,7 +32,7 @@ struct MessageParser : XMLParser {
     {
         add_root_tag("reply");
         add_root_tag("report");
-        use_known_names(XMLNameSource(&ZAVL3::find_known_name));
+        use_known_names(ZAVL3::known_words());
     }
 };
 

@@ -3,117 +3,135 @@
 namespace ZAVL3
 {
 
-struct APIParser::Kind {
-    const AString& (*tag)();
-    void (APIParser::*receive)(XMLTree& content, const AString& xid);
-};
-
-template <typename Message>
-bool APIParser::read_fields(Message& message, XMLTree& content, const AString& xid)
+template <typename Element, typename Message>
+bool APIParser::read_fields(const Element& content, Message& message, const AString& xid)
 {
     AString error;
     const bool good = message.read_message(content, &error);
     if (!good) {
         record_failure(xid, error);
     }
-    content = XMLTree();
     return good;
 }
 
-template <typename Message, void (APIParser::*Operation)(const AString&, const Message&)>
-void APIParser::receive_reply(XMLTree& content, const AString& xid)
+template <typename Element, typename Message,
+          void (APIParser::*Operation)(const AString&, const Message&)>
+void APIParser::receive_reply(const Element& content, const AString& xid)
 {
     Message message;
-    if (read_fields(message, content, xid)) {
+    if (read_fields(content, message, xid)) {
         (this->*Operation)(xid, message);
     }
 }
 
-template <typename Message, void (APIParser::*Operation)(const Message&)>
-void APIParser::receive_report(XMLTree& content, const AString& xid)
+template <typename Element, typename Message, void (APIParser::*Operation)(const Message&)>
+void APIParser::receive_report(const Element& content, const AString& xid)
 {
     Message message;
-    if (read_fields(message, content, xid)) {
+    if (read_fields(content, message, xid)) {
         (this->*Operation)(message);
     }
 }
 
-constinit const APIParser::Kind APIParser::kinds[message_kind_count] = {
-#define ZAVL3_REPLY_KIND(name, ...)                                                                \
-    {&tag<#name>, &APIParser::receive_reply<reply::name, &APIParser::on_reply_##name>},
-#define ZAVL3_REPORT_KIND(name, ...)                                                               \
-    {&tag<#name>, &APIParser::receive_report<report::name, &APIParser::on_report_##name>},
-    ZAVL3_REPLIES(ZAVL3_REPLY_KIND) ZAVL3_REPORTS(ZAVL3_REPORT_KIND)
-#undef ZAVL3_REPLY_KIND
-#undef ZAVL3_REPORT_KIND
+// By kind.
+template <typename Element>
+struct APIParser::Receivers {
+    using Receive = void (APIParser::*)(const Element& content, const AString& xid);
+
+    static constexpr Receive all[message_kind_count] = {
+#define ZAVL3_RECEIVE_REPLY(name, ...)                                                             \
+    &APIParser::receive_reply<Element, reply::name, &APIParser::on_reply_##name>,
+#define ZAVL3_RECEIVE_REPORT(name, ...)                                                            \
+    &APIParser::receive_report<Element, report::name, &APIParser::on_report_##name>,
+        ZAVL3_REPLIES(ZAVL3_RECEIVE_REPLY) ZAVL3_REPORTS(ZAVL3_RECEIVE_REPORT)
+#undef ZAVL3_RECEIVE_REPLY
+#undef ZAVL3_RECEIVE_REPORT
+    };
 };
 
 namespace
 {
 
 // Exact lookup from the tag of a message to its kind, among the replies or among the reports.
-template <typename Kind>
-AStringTable make_name_table(const Kind* kinds, std::int32_t first, std::int32_t end)
+AStringTable make_name_table(std::int32_t first, std::int32_t end)
 {
+    static constexpr const AString& (*tags[message_kind_count])() = {
+#define ZAVL3_TAG(name, ...) &tag<#name>,
+        ZAVL3_REPLIES(ZAVL3_TAG) ZAVL3_REPORTS(ZAVL3_TAG)
+#undef ZAVL3_TAG
+    };
     AStringTable names;
     for (std::int32_t kind = first; kind < end; ++kind) {
-        names.add(kinds[kind].tag(), kind);
+        names.add(tags[kind](), kind);
     }
     return names;
 }
 
 } // namespace
 
-void APIParser::dispatch_message(XMLTree tree)
+void APIParser::dispatch_message(const XMLTree& tree)
 {
     message_tap(tree);
+    dispatch_element(tree);
+}
+
+void APIParser::dispatch_message(const XMLPlainElement& root)
+{
+    dispatch_element(root);
+}
+
+template <typename Element>
+void APIParser::dispatch_element(const Element& root)
+{
     message_ok = true;
 
-    static const NoDestructor<AStringTable> reply_names(
-        make_name_table(kinds, 0, first_report_kind));
+    static const NoDestructor<AStringTable> reply_names(make_name_table(0, first_report_kind));
     static const NoDestructor<AStringTable> report_names(
-        make_name_table(kinds, first_report_kind, message_kind_count));
+        make_name_table(first_report_kind, message_kind_count));
 
-    const bool is_reply = tree.get_name() == tag<"reply">();
-    if (!is_reply && !(tree.get_name() == tag<"report">())) {
+    const bool is_reply = root.has_name(tag<"reply">());
+    if (!is_reply && !root.has_name(tag<"report">())) {
         return record_failure({}, "XML Message is not a <reply> or <report> message");
     }
     AString xid;
     AString error;
-    if (is_reply && !read_xid(tree, xid, &error)) {
+    if (is_reply && !read_xid(root, xid, &error)) {
         return record_failure({}, error);
     }
 
     const AStringTable& names = is_reply ? *reply_names : *report_names;
-    XMLTree content;
+    const Element* content = nullptr;
     std::int32_t kind = 0;
-    for (const auto* entry = tree.first_child(); entry != nullptr; entry = entry->next.get()) {
-        const AStringTable::Entry* found = names.find(entry->value.get_name());
+    const bool single = root.visit_children([&](const Element& child) {
+        const AStringTable::Entry* found = names.find(child.get_name());
         if (found == nullptr) {
-            continue;
+            return true;
         }
-        if (!content.is_null) {
-            return record_failure(xid, "XML Message contains multiple commands");
-        }
-        content = entry->value;
         kind = found->value;
+        return std::exchange(content, &child) == nullptr;
+    });
+    if (!single) {
+        return record_failure(xid, "XML Message contains multiple commands");
     }
-    if (content.is_null) {
+    if (content == nullptr) {
         return record_failure(xid, "XML Message contains no commands");
     }
-    tree = XMLTree();
-    dispatch_kind(kind, std::move(content), xid);
+    dispatch_kind(kind, *content, xid);
 }
 
-void APIParser::dispatch_kind(std::int32_t kind, XMLTree content, const AString& xid)
+template <typename Element>
+void APIParser::dispatch_kind(std::int32_t kind, const Element& content, const AString& xid)
 {
     if (kind < 0 || kind >= message_kind_count) {
         record_failure(xid, "Internal software error");
         assert_failed("zavl3_api_parser", 331, "kind < message_kind_count");
         return;
     }
-    (this->*kinds[kind].receive)(content, xid);
+    (this->*Receivers<Element>::all[kind])(content, xid);
 }
+
+template void APIParser::dispatch_kind(std::int32_t kind, const XMLTree& content,
+                                       const AString& xid);
 
 void APIParser::record_failure(const AString& xid, const AString& text)
 {

@@ -27,10 +27,13 @@ public:
 #undef ZAVL3_REPLY_OPERATION
 #undef ZAVL3_REPORT_OPERATION
 
-    void dispatch_message(XMLTree tree);
-    // Reads the fields of the kind from `content` and calls its operation. The content goes before
-    // that: who waits for the reply is not to wait for its freeing.
-    void dispatch_kind(std::int32_t kind, XMLTree content, const AString& xid);
+    void dispatch_message(const XMLTree& tree);
+    // The same for an element that was read where it was received. No tree is made for the tap: it
+    // must be empty.
+    void dispatch_message(const XMLPlainElement& root);
+    // Reads the fields of the kind from `content` and calls its operation.
+    template <typename Element>
+    void dispatch_kind(std::int32_t kind, const Element& content, const AString& xid);
 
     // The first failure of the latest message. Only for inspection: the library reads none of them.
     bool message_ok = true;
@@ -39,16 +42,19 @@ public:
     AFunction<XMLTree> message_tap;
 
 private:
-    template <typename Message>
-    bool read_fields(Message& message, XMLTree& content, const AString& xid);
-    template <typename Message, void (APIParser::*Operation)(const AString&, const Message&)>
-    void receive_reply(XMLTree& content, const AString& xid);
-    template <typename Message, void (APIParser::*Operation)(const Message&)>
-    void receive_report(XMLTree& content, const AString& xid);
+    template <typename Element>
+    void dispatch_element(const Element& root);
+    template <typename Element, typename Message>
+    bool read_fields(const Element& content, Message& message, const AString& xid);
+    template <typename Element, typename Message,
+              void (APIParser::*Operation)(const AString&, const Message&)>
+    void receive_reply(const Element& content, const AString& xid);
+    template <typename Element, typename Message, void (APIParser::*Operation)(const Message&)>
+    void receive_report(const Element& content, const AString& xid);
     void record_failure(const AString& xid, const AString& text);
 
-    struct Kind;
-    static const Kind kinds[];
+    template <typename Element>
+    struct Receivers;
 };
 
 } // namespace ZAVL3

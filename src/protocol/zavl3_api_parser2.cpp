@@ -12,7 +12,7 @@ APIParser2::APIParser2() : stream_parser(largest_message)
 {
     stream_parser.add_root_tag("reply");
     stream_parser.add_root_tag("report");
-    stream_parser.use_known_names(XMLNameSource(&find_known_name));
+    stream_parser.use_known_names(known_words());
 }
 
 void APIParser2::feed_bytes(const void* bytes, std::uint64_t count)
@@ -47,13 +47,26 @@ bool APIParser2::dispatch_complete_messages()
             stream_broken = true;
             return false;
         }
-        XMLTree message = stream_parser.next_element();
-        if (message.is_null) {
+        if (!dispatch_next_message()) {
             return true;
         }
-        dispatch_message(std::move(message));
     } while (!stream_idle);
     return true;
+}
+
+bool APIParser2::dispatch_next_message()
+{
+    const XMLPlainElement* plain =
+        message_tap.is_empty() ? stream_parser.next_plain_element() : nullptr;
+    if (plain != nullptr) {
+        dispatch_message(*plain);
+        return true;
+    }
+    const XMLTree message = stream_parser.next_element();
+    if (!message.is_null) {
+        dispatch_message(message);
+    }
+    return !message.is_null;
 }
 
 void APIParser2::reset_stream()

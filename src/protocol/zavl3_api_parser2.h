@@ -26,6 +26,8 @@ public:
 private:
     // False when the rest of the bytes is to be left alone.
     bool dispatch_complete_messages();
+    // False when there is none.
+    bool dispatch_next_message();
 
     XMLParser stream_parser;
     bool stream_idle = true; // while set, no element is taken from the parser

@@ -63,7 +63,8 @@ struct Slot {
         }
     }
 
-    bool read_required(const XMLTree& tree, AString* error)
+    template <typename Element>
+    bool read_required(const Element& tree, AString* error)
     {
         if constexpr (Kind == FieldKind::required) {
             return Codec::read(tree, tag<Name>(), stored, error);
@@ -72,16 +73,18 @@ struct Slot {
         }
     }
 
-    void note_presence(const XMLTree& tree)
+    template <typename Element>
+    void note_presence(const Element& tree)
     {
         if constexpr (Kind == FieldKind::optional) {
-            stored.has = tree.has_child(tag<Name>());
+            stored.has = has_child(tree, tag<Name>());
         } else if constexpr (Kind == FieldKind::flag) {
-            stored = tree.has_child(tag<Name>());
+            stored = has_child(tree, tag<Name>());
         }
     }
 
-    bool read_present(const XMLTree& tree, AString* error)
+    template <typename Element>
+    bool read_present(const Element& tree, AString* error)
     {
         if constexpr (Kind == FieldKind::optional) {
             return !stored.has || Codec::read(tree, tag<Name>(), stored.value, error);
@@ -91,7 +94,8 @@ struct Slot {
     }
 
     // What cannot be read counts as absent.
-    bool read_if_readable(const XMLTree& tree)
+    template <typename Element>
+    bool read_if_readable(const Element& tree)
     {
         if constexpr (Kind == FieldKind::optional) {
             stored.has = Codec::read(tree, tag<Name>(), stored.value, nullptr);
@@ -163,7 +167,8 @@ struct Record : SlotOf<Spellings>... {
     }
 
     // As the content of a message: an optional field that cannot be read counts as absent.
-    bool read_message(const XMLTree& tree, AString* error)
+    template <typename Element>
+    bool read_message(const Element& tree, AString* error)
     {
         static_cast<void>(tree);
         static_cast<void>(error);
@@ -171,7 +176,8 @@ struct Record : SlotOf<Spellings>... {
     }
 
     // As a composite: an optional field that is there but cannot be read fails the whole.
-    bool read_composite(const XMLTree& tree, AString* error)
+    template <typename Element>
+    bool read_composite(const Element& tree, AString* error)
     {
         if (!(SlotOf<Spellings>::read_required(tree, error) && ...)) {
             return false;
@@ -218,8 +224,8 @@ private:
         return found;
     }
 
-    template <typename Field>
-    bool read_message_field(const XMLTree& tree, AString* error)
+    template <typename Field, typename Element>
+    bool read_message_field(const Element& tree, AString* error)
     {
         return Field::read_required(tree, error) && Field::read_if_readable(tree);
     }

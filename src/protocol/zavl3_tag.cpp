@@ -1,7 +1,5 @@
 #include "protocol/zavl3_tag.h"
 
-#include "foundation/astring_table.h"
-
 namespace ZAVL3
 {
 
@@ -9,7 +7,7 @@ namespace
 {
 
 // Filled by the constructors of the constants, while the library is loaded by one thread.
-AStringTable& known_words()
+AStringTable& words_in_the_making()
 {
     static NoDestructor<AStringTable> words;
     return *words;
@@ -17,22 +15,19 @@ AStringTable& known_words()
 
 } // namespace
 
-Tag::Tag(const char* text) : name(text)
+Tag::Tag(const char* text) : name(add_known_word(AString(text))) {}
+
+const AString& add_known_word(const AString& word)
 {
-    add_known_word(name);
+    words_in_the_making().add(word, 0);
+    const AString& constant = words_in_the_making().find(word)->text;
+    constant.make_permanent();
+    return constant;
 }
 
-void add_known_word(const AString& word)
+const AStringTable& known_words()
 {
-    word.make_permanent();
-    known_words().add(word, 0);
-}
-
-void find_known_name(const AChar* characters, std::uint64_t count, AString* name)
-{
-    if (const AStringTable::Entry* found = known_words().find(characters, count)) {
-        *name = found->text;
-    }
+    return words_in_the_making();
 }
 
 } // namespace ZAVL3

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "foundation/astring.h"
+#include "foundation/astring_table.h"
 #include "foundation/no_destructor.h"
 #include "protocol/fixed_string.h"
 
@@ -25,11 +25,11 @@ const AString& tag()
     return tag_constant<Name>->name;
 }
 
-// For constants made at load: the words that an element may hold.
-void add_known_word(const AString& word);
+// For constants made at load: the words that an element may hold. Gives the one constant of this
+// text.
+const AString& add_known_word(const AString& word);
 
-// Sets `name` to the constant string of these characters, if they are the name of a known element
-// or a known word.
-void find_known_name(const AChar* characters, std::uint64_t count, AString* name);
+// The constant strings of all names of elements, and of all words.
+const AStringTable& known_words();
 
 } // namespace ZAVL3

@@ -22,13 +22,14 @@ bool fail(AString* error, const char* text, const Values&... values)
 
 } // namespace
 
-const XMLTree* get_tag(const XMLTree& tree, const AString& name, AString* error)
+template <typename Element>
+const Element* get_tag(const Element& tree, const AString& name, AString* error)
 {
-    if (tree.get_name() == name) {
+    if (tree.has_name(name)) {
         return &tree;
     }
-    const XMLTree* first = nullptr;
-    const bool single = for_each_child(tree, name, [&first](const XMLTree& child) {
+    const Element* first = nullptr;
+    const bool single = for_each_child(tree, name, [&first](const Element& child) {
         return std::exchange(first, &child) == nullptr;
     });
     if (!single) {
@@ -46,17 +47,30 @@ AString get_trimmed_text(const XMLTree& tree)
     return tree.get_text().trim();
 }
 
+AString get_trimmed_text(const XMLPlainElement& element)
+{
+    return get_raw_text(element).trim();
+}
+
 AString get_raw_text(const XMLTree& tree)
 {
     return tree.get_text();
 }
 
-bool invalid_value(const XMLTree& tree, const AString& value, AString* error)
+AString get_raw_text(const XMLPlainElement& element)
+{
+    const std::string_view text = element.get_text();
+    return text.empty() ? AString() : AString(text.data(), text.size());
+}
+
+template <typename Element>
+bool invalid_value(const Element& tree, const AString& value, AString* error)
 {
     return fail(error, "Tag %1 contains invalid value '%2'", tree.get_name(), value);
 }
 
-bool invalid_typed_value(const XMLTree& tree, const AString& type_word, const AString& value,
+template <typename Element>
+bool invalid_typed_value(const Element& tree, const AString& type_word, const AString& value,
                          AString* error)
 {
     return fail(error, "Tag %1 contains invalid %3 value '%2'", tree.get_name(), value, type_word);
@@ -69,7 +83,8 @@ bool too_many_subelements(const AString& name, std::uint32_t maximum, AString* e
                 from_u32(maximum));
 }
 
-bool read_xid(const XMLTree& tree, AString& xid, AString* error)
+template <typename Element>
+bool read_xid(const Element& tree, AString& xid, AString* error)
 {
     return Text::read(tree, tag<"xid">(), xid, error);
 }
@@ -89,9 +104,10 @@ XMLTree write_children(const AString& name, const XMLTreeList& children)
     return XMLTree(name, children);
 }
 
-bool Text::read(const XMLTree& tree, const AString& name, AString& value, AString* error)
+template <typename Element>
+bool Text::read(const Element& tree, const AString& name, AString& value, AString* error)
 {
-    const XMLTree* element = get_tag(tree, name, error);
+    const Element* element = get_tag(tree, name, error);
     if (element == nullptr) {
         return false;
     }
@@ -99,25 +115,36 @@ bool Text::read(const XMLTree& tree, const AString& name, AString& value, AStrin
     return true;
 }
 
-bool Bool::read(const XMLTree& tree, const AString& name, bool& value, AString* error)
+template <typename Element>
+bool Bool::read(const Element& tree, const AString& name, bool& value, AString* error)
 {
-    const XMLTree* element = get_tag(tree, name, error);
+    const Element* element = get_tag(tree, name, error);
     if (element == nullptr) {
         return false;
     }
-    const ATrimmed text(element->get_text());
     Boolean known{};
-    if (from_wire(*text, &known)) {
+    if (parse_word(*element, &known)) {
         value = known == word<Boolean>("true");
         return true;
     }
     std::int32_t number = 0;
-    if (to_i32(*text, &number)) {
+    if (parse_number<to_i32>(*element, &number)) {
         value = number != 0;
         return true;
     }
-    return invalid_typed_value(*element, AString("boolean"), *text, error);
+    return invalid_typed_value(*element, AString("boolean"), get_trimmed_text(*element), error);
 }
+
+#define ZAVL3_READ_FROM(Element)                                                                   \
+    template const Element* get_tag(const Element&, const AString&, AString*);                     \
+    template bool invalid_value(const Element&, const AString&, AString*);                         \
+    template bool invalid_typed_value(const Element&, const AString&, const AString&, AString*);   \
+    template bool read_xid(const Element&, AString&, AString*);                                    \
+    template bool Text::read(const Element&, const AString&, AString&, AString*);                  \
+    template bool Bool::read(const Element&, const AString&, bool&, AString*);
+ZAVL3_READ_FROM(XMLTree)
+ZAVL3_READ_FROM(XMLPlainElement)
+#undef ZAVL3_READ_FROM
 
 XMLTree Bool::write(const AString& name, bool value)
 {

@@ -3,6 +3,7 @@
 #include "foundation/anumber.h"
 #include "protocol/zavl3_tag.h"
 #include "protocol/zavl3_types.h"
+#include "xml/xml_plain.h"
 #include "xml/xml_tree.h"
 
 #include <algorithm>
@@ -10,21 +11,43 @@
 #include <utility>
 #include <vector>
 
-// How the value of an element is read from a tree and written to one. A reader returns false with
-// its text in `error`, when that is given, and leaves the value partly written; writers cannot
-// fail.
+// How the value of an element is read, and written to a tree. A reader returns false with its text
+// in `error`, when that is given, and leaves the value partly written; writers cannot fail.
+//
+// An Element is an XMLPlainElement, read where it was received, or an XMLTree. The names given to
+// readers are those of `tag`.
 namespace ZAVL3
 {
 
 // The element itself when it has the name, else its one child of that name; null on failure.
-const XMLTree* get_tag(const XMLTree& tree, const AString& name, AString* error);
+template <typename Element>
+const Element* get_tag(const Element& tree, const AString& name, AString* error);
 AString get_trimmed_text(const XMLTree& tree);
+AString get_trimmed_text(const XMLPlainElement& element);
 AString get_raw_text(const XMLTree& tree);
-bool invalid_value(const XMLTree& tree, const AString& value, AString* error);
-bool invalid_typed_value(const XMLTree& tree, const AString& type_word, const AString& value,
+AString get_raw_text(const XMLPlainElement& element);
+template <typename Element>
+bool invalid_value(const Element& tree, const AString& value, AString* error);
+template <typename Element>
+bool invalid_typed_value(const Element& tree, const AString& type_word, const AString& value,
                          AString* error);
 bool too_many_subelements(const AString& name, std::uint32_t maximum, AString* error);
-bool read_xid(const XMLTree& tree, AString& xid, AString* error);
+template <typename Element>
+bool read_xid(const Element& tree, AString& xid, AString* error);
+
+// The direct children of `element` with this name, in order, until `visit` says false.
+template <typename Element, typename Visit>
+bool for_each_child(const Element& element, const AString& name, Visit visit)
+{
+    return element.visit_children(
+        [&](const Element& child) { return !child.has_name(name) || visit(child); });
+}
+
+template <typename Element>
+bool has_child(const Element& element, const AString& name)
+{
+    return !for_each_child(element, name, [](const Element&) { return false; });
+}
 
 XMLTree write_text(const AString& name, const AString& text);
 XMLTree write_empty(const AString& name);
@@ -36,7 +59,8 @@ XMLTree write_children(const AString& name, const XMLTreeList& children);
 // Texts are kept as they stand, white space included; all else is trimmed.
 struct Text {
     using value_type = AString;
-    static bool read(const XMLTree& tree, const AString& name, AString& value, AString* error);
+    template <typename Element>
+    static bool read(const Element& tree, const AString& name, AString& value, AString* error);
     static XMLTree write(const AString& name, const AString& value)
     {
         return write_text(name, value);
@@ -46,22 +70,36 @@ struct Text {
 struct Bool {
     using value_type = bool;
     // "true", "false", or a number that is not 0 or 0.
-    static bool read(const XMLTree& tree, const AString& name, bool& value, AString* error);
+    template <typename Element>
+    static bool read(const Element& tree, const AString& name, bool& value, AString* error);
     static XMLTree write(const AString& name, bool value);
 };
+
+// The white space around a number is left out.
+template <auto Parse, typename T>
+bool parse_number(const XMLTree& element, T* value)
+{
+    return Parse(element.get_text(), value);
+}
+
+template <auto Parse, typename T>
+bool parse_number(const XMLPlainElement& element, T* value)
+{
+    return take_short_decimal(element.get_text(), value) || Parse(get_raw_text(element), value);
+}
 
 template <typename T, bool (*Parse)(const AString&, T*), AString (*Format)(T)>
 struct Number {
     using value_type = T;
 
-    static bool read(const XMLTree& tree, const AString& name, T& value, AString* error)
+    template <typename Element>
+    static bool read(const Element& tree, const AString& name, T& value, AString* error)
     {
-        const XMLTree* element = get_tag(tree, name, error);
+        const Element* element = get_tag(tree, name, error);
         if (element == nullptr) {
             return false;
         }
-        // Parsing leaves white space around the number out.
-        return Parse(element->get_text(), &value) ||
+        return parse_number<Parse>(*element, &value) ||
                invalid_value(*element, get_trimmed_text(*element), error);
     }
 
@@ -91,19 +129,43 @@ using U64 = Number<std::uint64_t, to_u64, decimal>;
 using I32 = Number<std::int32_t, to_i32, decimal>;
 using Fixed = Number<fract16, to_fract16, fixed_text>;
 
+inline std::string_view trimmed(std::string_view ascii)
+{
+    const auto blank = [](char c) { return is_space(L1(static_cast<unsigned char>(c))); };
+    while (!ascii.empty() && blank(ascii.front())) {
+        ascii.remove_prefix(1);
+    }
+    while (!ascii.empty() && blank(ascii.back())) {
+        ascii.remove_suffix(1);
+    }
+    return ascii;
+}
+
+template <typename E>
+bool parse_word(const XMLTree& element, E* value)
+{
+    return from_wire(*ATrimmed(element.get_text()), value);
+}
+
+template <typename E>
+bool parse_word(const XMLPlainElement& element, E* value)
+{
+    return from_wire(trimmed(element.get_text()), value);
+}
+
 template <typename E>
 struct Word {
     using value_type = E;
 
     // The failure names the enclosing element and the tag, not the word. Users match on that text.
-    static bool read(const XMLTree& tree, const AString& name, E& value, AString* error)
+    template <typename Element>
+    static bool read(const Element& tree, const AString& name, E& value, AString* error)
     {
-        const XMLTree* element = get_tag(tree, name, error);
+        const Element* element = get_tag(tree, name, error);
         if (element == nullptr) {
             return false;
         }
-        return from_wire(*ATrimmed(element->get_text()), &value) ||
-               invalid_value(tree, name, error);
+        return parse_word(*element, &value) || invalid_value(tree, name, error);
     }
 
     static XMLTree write(const AString& name, E value) { return write_text(name, to_wire(value)); }
@@ -119,9 +181,10 @@ template <typename Fields>
 struct Composite {
     using value_type = Fields;
 
-    static bool read(const XMLTree& tree, const AString& name, Fields& value, AString* error)
+    template <typename Element>
+    static bool read(const Element& tree, const AString& name, Fields& value, AString* error)
     {
-        const XMLTree* element = get_tag(tree, name, error);
+        const Element* element = get_tag(tree, name, error);
         return element != nullptr && value.read_composite(*element, error);
     }
 
@@ -131,32 +194,21 @@ struct Composite {
     }
 };
 
-// The direct children of `element` with this name, in order, until `visit` says false.
-template <typename Visit>
-bool for_each_child(const XMLTree& element, const AString& name, Visit visit)
-{
-    for (const auto* entry = element.first_child(); entry != nullptr; entry = entry->next.get()) {
-        if (entry->value.get_name() == name && !visit(entry->value)) {
-            return false;
-        }
-    }
-    return true;
-}
-
 // An element with any number of children of one name.
 template <FixedString Item, typename ItemCodec>
 struct List {
     using item_type = typename ItemCodec::value_type;
     using value_type = std::vector<item_type>;
 
-    static bool read(const XMLTree& tree, const AString& name, value_type& value, AString* error)
+    template <typename Element>
+    static bool read(const Element& tree, const AString& name, value_type& value, AString* error)
     {
-        const XMLTree* element = get_tag(tree, name, error);
+        const Element* element = get_tag(tree, name, error);
         if (element == nullptr) {
             return false;
         }
         value.clear();
-        return for_each_child(*element, tag<Item>(), [&](const XMLTree& child) {
+        return for_each_child(*element, tag<Item>(), [&](const Element& child) {
             item_type item{};
             const bool good = ItemCodec::read(child, tag<Item>(), item, error);
             value.push_back(std::move(item));
@@ -179,17 +231,20 @@ template <typename Value, FixedString Item, typename ItemCodec>
 struct Vector {
     using value_type = Value;
 
-    static bool read(const XMLTree& tree, const AString& name, Value& value, AString* error)
+    template <typename Element>
+    static bool read(const Element& tree, const AString& name, Value& value, AString* error)
     {
-        const XMLTree* element = get_tag(tree, name, error);
+        const Element* element = get_tag(tree, name, error);
         if (element == nullptr) {
             return false;
         }
         value.count = 0;
-        if (element->count_children(tag<Item>()) > Value::bound) {
+        std::uint32_t items = 0;
+        for_each_child(*element, tag<Item>(), [&items](const Element&) { return ++items != 0; });
+        if (items > Value::bound) {
             return too_many_subelements(name, Value::bound, error);
         }
-        return for_each_child(*element, tag<Item>(), [&](const XMLTree& child) {
+        return for_each_child(*element, tag<Item>(), [&](const Element& child) {
             return ItemCodec::read(child, tag<Item>(), value.vec[value.count++], error);
         });
     }

@@ -100,6 +100,7 @@ EnumString make_enum_string()
     }
     EnumString table(rows, -1, AString());
     for (const EnumString::Row& row : rows) {
+        table.to_string(row.value).make_permanent();
         add_known_word(table.to_string(row.value));
     }
     return table;
@@ -115,9 +116,10 @@ const AString& to_wire(E value)
     return enum_string<E>->to_string(static_cast<std::int32_t>(value));
 }
 
-// False, with the value untouched, for an unknown word. `value` may be null.
-template <typename E>
-bool from_wire(const AString& text, E* value)
+// False, with the value untouched, for an unknown word. `value` may be null. The text is an AString
+// or the bytes of one.
+template <typename E, typename Characters>
+bool from_wire(const Characters& text, E* value)
 {
     const std::int32_t number = enum_string<E>->from_string(text);
     if (number == enum_string<E>->invalid_value) {

@@ -22,6 +22,15 @@ void XMLParser::add_root_tag(const std::string& tag)
     root_tags.push_back(RootTag{tag});
 }
 
+void XMLParser::use_known_names(const AStringTable& names)
+{
+    builder = XMLTreeBuilder(&names);
+    plain_parser.emplace(names);
+    for (const RootTag& root : root_tags) {
+        plain_parser->add_root_tag(root.name);
+    }
+}
+
 std::uint64_t XMLParser::feed(const void* bytes, std::uint64_t count)
 {
     if (failed) {
@@ -34,15 +43,35 @@ std::uint64_t XMLParser::feed(const void* bytes, std::uint64_t count)
     if (bufsize - consumed - buflen < taken) {
         std::memmove(buf.data(), held(), buflen);
         consumed = 0;
+        restart_plain();
     }
     std::memcpy(buf.data() + consumed + buflen, bytes, taken);
     buflen += taken;
     return taken;
 }
 
+const XMLPlainElement* XMLParser::next_plain_element()
+{
+    if (failed || !plain_parser || !next_is_plain) {
+        return nullptr;
+    }
+    const char* const bytes = reinterpret_cast<const char*>(held());
+    switch (plain_parser->parse(bytes, buflen)) {
+    case XMLPlainParser::Outcome::complete:
+        drop_front(static_cast<std::uint64_t>(plain_parser->get_end() - bytes));
+        return &plain_parser->get_root();
+    case XMLPlainParser::Outcome::incomplete:
+        incomplete_bytes = buflen;
+        return nullptr;
+    default:
+        next_is_plain = false;
+        return nullptr;
+    }
+}
+
 XMLTree XMLParser::next_element()
 {
-    if (failed) {
+    if (failed || (buflen != 0 && incomplete_bytes == buflen)) {
         return XMLTree();
     }
     RootTag* root = find_first_root();
@@ -93,8 +122,18 @@ XMLParser::RootTag* XMLParser::find_first_root_before(std::uint64_t limit)
     return first;
 }
 
+void XMLParser::restart_plain()
+{
+    if (plain_parser) {
+        plain_parser->restart();
+    }
+}
+
 void XMLParser::drop_front(std::uint64_t count)
 {
+    restart_plain();
+    next_is_plain = true;
+    incomplete_bytes = 0;
     for (RootTag& root : root_tags) {
         root.open.drop_front(count);
         root.close.drop_front(count);

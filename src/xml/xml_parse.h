@@ -1,17 +1,15 @@
 #pragma once
 
-#include "foundation/afunction.h"
+#include "foundation/astring_table.h"
 #include "xml/xml_parse_search.h"
 #include "xml/xml_parse_tag.h"
+#include "xml/xml_plain.h"
 #include "xml/xml_text_pack.h"
 #include "xml/xml_tree.h"
 
+#include <optional>
 #include <string>
 #include <vector>
-
-// Gives the constant string of a well-known name or word, so that reading one costs no text of its
-// own: sets the result when the characters are such a word. None has a character that is escaped.
-using XMLNameSource = AFunction<const AChar*, std::uint64_t, AString*>;
 
 // An element between its open and its close tag.
 struct XMLOpenElement {
@@ -23,15 +21,17 @@ struct XMLOpenElement {
     XMLTreeList::Entry element; // in the making; it has its children and attributes
 };
 
-// Parses the text of one element. Its room is used again for the next one.
+// Parses the text of one element. Its room is used again for the next one. Reading a well-known
+// name or word costs no text of its own: the string is that of the table. None there has a
+// character that is escaped.
 class XMLTreeBuilder
 {
 public:
-    explicit XMLTreeBuilder(const XMLNameSource& name_source = {});
+    explicit XMLTreeBuilder(const AStringTable* names = nullptr);
 
     // The null tree when the text is refused; `refused`, if given, tells.
     static XMLTree parse(const AString& text, bool* refused = nullptr,
-                         const XMLNameSource& known_names = {});
+                         const AStringTable* names = nullptr);
     XMLTree parse(const XMLFlatText& flat_text, bool* refused);
 
 private:
@@ -40,10 +40,11 @@ private:
     void add_text(XMLChars piece, bool is_space);
     void open_element(const XMLTag& tag);
     void close_element(const XMLTag& tag);
+    bool set_known(AString& string, XMLChars chars) const;
     void set_name(XMLTree& tree, XMLChars name) const;
     void set_text(XMLTree& tree, XMLChars content);
 
-    XMLNameSource known_names;
+    const AStringTable* known_names; // may be null
     const XMLFlatText* source = nullptr;
     XMLChars text;
     std::size_t pos = 0;
@@ -64,12 +65,16 @@ public:
     explicit XMLParser(std::uint64_t size);
 
     void add_root_tag(const std::string& tag);
-    void use_known_names(const XMLNameSource& source) { builder = XMLTreeBuilder(source); }
+    // Once, with all root tags added and in the table.
+    void use_known_names(const AStringTable& names);
     // The bytes taken: fewer than offered when the buffer is full, all of them when the stream has
     // failed, for then they are swallowed.
     std::uint64_t feed(const void* bytes, std::uint64_t count);
     // The next complete element, or the null tree.
     XMLTree next_element();
+    // The same where the element is plain, and the names are known: nearly always, and much faster.
+    // Null for none; `next_element` may then have one. It lives until the next `feed`.
+    const XMLPlainElement* next_plain_element();
     // A refused element was met. The stream stays stuck at it until `reset`.
     bool has_failed() const { return failed; }
     void reset();
@@ -84,6 +89,7 @@ private:
     const unsigned char* held() const { return buf.data() + consumed; }
     RootTag* find_first_root();
     RootTag* find_first_root_before(std::uint64_t limit);
+    void restart_plain();
     void drop_front(std::uint64_t count);
 
     std::vector<unsigned char> buf;
@@ -94,4 +100,7 @@ private:
     std::vector<RootTag> root_tags;
     XMLFlatText text; // of the element that is parsed
     XMLTreeBuilder builder;
+    std::optional<XMLPlainParser> plain_parser;
+    bool next_is_plain = true;          // as far as is known
+    std::uint64_t incomplete_bytes = 0; // so many hold no complete element
 };

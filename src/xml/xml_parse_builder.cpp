@@ -8,14 +8,14 @@ constexpr std::uint64_t text_slack = 32;
 
 } // namespace
 
-XMLTreeBuilder::XMLTreeBuilder(const XMLNameSource& name_source)
-    : known_names(name_source), short_texts(text_slack)
+XMLTreeBuilder::XMLTreeBuilder(const AStringTable* names)
+    : known_names(names), short_texts(text_slack)
 {
 }
 
-XMLTree XMLTreeBuilder::parse(const AString& text, bool* refused, const XMLNameSource& known_names)
+XMLTree XMLTreeBuilder::parse(const AString& text, bool* refused, const AStringTable* names)
 {
-    return XMLTreeBuilder(known_names).parse(XMLFlatText(text), refused);
+    return XMLTreeBuilder(names).parse(XMLFlatText(text), refused);
 }
 
 XMLTree XMLTreeBuilder::parse(const XMLFlatText& flat_text, bool* refused)
@@ -130,18 +130,26 @@ void XMLTreeBuilder::close_element(const XMLTag& tag)
     stack.pop_back();
 }
 
+bool XMLTreeBuilder::set_known(AString& string, XMLChars chars) const
+{
+    const AStringTable::Entry* known =
+        known_names != nullptr ? known_names->find(chars.data(), chars.size()) : nullptr;
+    if (known != nullptr) {
+        string = known->text;
+    }
+    return known != nullptr;
+}
+
 void XMLTreeBuilder::set_name(XMLTree& tree, XMLChars name) const
 {
-    known_names(name.data(), name.size(), &tree.name);
-    if (tree.name.is_empty()) {
+    if (!set_known(tree.name, name)) {
         tree.name = source->keep(name, text_slack);
     }
 }
 
 void XMLTreeBuilder::set_text(XMLTree& tree, XMLChars content)
 {
-    known_names(content.data(), content.size(), &tree.text);
-    if (!tree.text.is_empty()) {
+    if (set_known(tree.text, content)) {
         return;
     }
     if (std::optional<AString> unescaped = xml_unescape(content)) {

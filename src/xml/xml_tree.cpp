@@ -75,11 +75,8 @@ const XMLTreeList::EntryStruct* XMLTree::first_child() const
 template <typename Visit>
 void XMLTree::for_each_named(const AString& child_name, Visit visit) const
 {
-    for (const auto* entry = first_child(); entry != nullptr; entry = entry->next.get()) {
-        if (entry->value.name == child_name && !visit(entry->value)) {
-            return;
-        }
-    }
+    visit_children(
+        [&](const XMLTree& child) { return !child.has_name(child_name) || visit(child); });
 }
 
 std::uint32_t XMLTree::count_children(const AString& child_name, XMLTree* first) const

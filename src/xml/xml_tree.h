@@ -42,6 +42,19 @@ public:
     // The number of direct children with this name; the first goes to `first` if that is given.
     std::uint32_t count_children(const AString& child_name, XMLTree* first = nullptr) const;
     bool has_child(const AString& child_name) const;
+    bool has_name(const AString& other) const { return name == other; }
+    // Calls `visit` with each direct child, in order, until it says false; tells whether it never
+    // did. Does not make the list.
+    template <typename Visit>
+    bool visit_children(Visit visit) const
+    {
+        for (const auto* entry = first_child(); entry != nullptr; entry = entry->next.get()) {
+            if (!visit(entry->value)) {
+                return false;
+            }
+        }
+        return true;
+    }
     XMLTreeList children_named(const AString& child_name) const;
 
     AStringList to_pieces(XMLWriteMode mode, bool short_empty) const;

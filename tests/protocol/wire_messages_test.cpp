@@ -24,12 +24,22 @@ protected:
     const std::string& tag() const { return content().name; }
     std::string expected_xid() const { return message().is_reply ? "17" : ""; }
 
+    // From its tree, and as it is received. Both must come to the same.
     void dispatch(const std::string& content_xml)
     {
-        parser.calls.clear();
-        parser.error_text = AString("untouched");
-        parser.error_xid = AString("untouched");
-        parser.dispatch_message(parse_xml(message().wrap(content_xml)));
+        RecordingParser receiver;
+        for (RecordingParser* each : {&parser, &receiver}) {
+            each->calls.clear();
+            each->error_text = AString("untouched");
+            each->error_xid = AString("untouched");
+        }
+        const std::string bytes = message().wrap(content_xml);
+        parser.dispatch_message(parse_xml(bytes));
+        receiver.feed(bytes);
+        EXPECT_EQ(receiver.calls, parser.calls);
+        EXPECT_EQ(receiver.message_ok, parser.message_ok);
+        EXPECT_EQ(receiver.error_text.to_utf8(), parser.error_text.to_utf8());
+        EXPECT_EQ(receiver.error_xid.to_utf8(), parser.error_xid.to_utf8());
     }
 
     void expect_call(const std::string& seen) const

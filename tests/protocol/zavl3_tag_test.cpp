@@ -15,9 +15,8 @@ using namespace ZAVL3;
 
 AString known_of(const std::vector<AChar>& characters)
 {
-    AString name("unknown");
-    find_known_name(characters.data(), characters.size(), &name);
-    return name;
+    const AStringTable::Entry* entry = known_words().find(characters.data(), characters.size());
+    return entry != nullptr ? entry->text : AString("unknown");
 }
 
 AString known(const std::string& text)
@@ -41,7 +40,7 @@ TEST(Tag, IsFoundByItsCharacters)
     }
 }
 
-TEST(Tag, LeavesTheNameAloneWhenItIsNotKnown)
+TEST(Tag, IsNotFoundByOtherCharacters)
 {
     for (const char* text : {"", "clipId", "ClipI", "ClipIDs", "never_heard_of"}) {
         EXPECT_EQ(known(std::string(text)).to_utf8(), "unknown") << text;
@@ -59,10 +58,18 @@ TEST(Tag, IsNotFoundByCharactersThatOnlyEndInItsBytes)
     EXPECT_EQ(known_of({'K', 'e', 'y'}).to_utf8(), "Key");
 }
 
+TEST(Tag, IsTheOneConstantOfItsText)
+{
+    // A name of an element that is a word too.
+    const AString& name = tag<"Channel">();
+    EXPECT_EQ(add_known_word(AString("Channel")).storage.get(), name.storage.get());
+    EXPECT_EQ(Tag("clipid").name.storage.get(), tag<"clipid">().storage.get());
+}
+
 TEST(Tag, SharesItsStringWithTheNamesOfParsedElements)
 {
     const AString text("<ClipID>a</ClipID>");
-    const XMLTree tree = XMLTreeBuilder::parse(text, nullptr, XMLNameSource(&find_known_name));
+    const XMLTree tree = XMLTreeBuilder::parse(text, nullptr, &known_words());
     EXPECT_EQ(tree.get_name().storage.get(), tag<"ClipID">().storage.get());
 }
 
@@ -72,7 +79,7 @@ TEST(Tag, WordsAndMessagesAreKnownToo)
     EXPECT_EQ(known("1080_50i").storage.get(), standard.storage.get());
     EXPECT_EQ(known("channel_timecode").to_utf8(), "channel_timecode");
     const XMLTree tree = XMLTreeBuilder::parse(AString("<VideoStandard>1080_50i</VideoStandard>"),
-                                               nullptr, XMLNameSource(&find_known_name));
+                                               nullptr, &known_words());
     EXPECT_EQ(tree.get_text().storage.get(), standard.storage.get());
 }
 

@@ -72,19 +72,6 @@ void expect_same(const XMLTree& a, const XMLTree& b)
     }
 }
 
-void name_a(const AChar* characters, std::uint64_t count, AString* name)
-{
-    static const AString constant("a");
-    if (count == 1 && *characters == L1('a')) {
-        *name = constant;
-    }
-}
-
-void rename_all(const AChar*, std::uint64_t, AString* name)
-{
-    *name = AString("b");
-}
-
 } // namespace
 
 TEST(XMLTreeBuilder, ParsesAnElement)
@@ -253,19 +240,17 @@ TEST(XMLTreeBuilder, ValueThatIsMostOfTheTextSharesIt)
     EXPECT_NE(tree.get_text().storage.get(), text.storage.get());
 }
 
-TEST(XMLTreeBuilder, KnownNamesAreTheStringsOfTheSource)
+TEST(XMLTreeBuilder, KnownNamesAndWordsAreTheStringsOfTheTable)
 {
-    const XMLTree tree =
-        XMLTreeBuilder::parse(from_bytes("<a><b/><a/></a>"), nullptr, XMLNameSource(&name_a));
-    EXPECT_EQ(written(tree), "<a><b /><a /></a>");
-    EXPECT_EQ(tree.get_name().storage.get(), tree.get_children().at(1).get_name().storage.get());
-}
-
-TEST(XMLTreeBuilder, TagsAreMatchedByTheirOwnNames)
-{
-    bool refused = false;
-    XMLTreeBuilder::parse(from_bytes("<x></y>"), &refused, XMLNameSource(&rename_all));
-    EXPECT_TRUE(refused);
+    AStringTable table;
+    table.add(AString("a"), 0);
+    const XMLTree tree = XMLTreeBuilder::parse(from_bytes("<a><b>a</b><a/></a>"), nullptr, &table);
+    EXPECT_EQ(written(tree), "<a><b>a</b><a /></a>");
+    const AString& constant = table.find(AString("a"))->text;
+    for (const AString& text : {tree.get_name(), tree.get_children().at(0).get_text(),
+                                tree.get_children().at(1).get_name()}) {
+        EXPECT_EQ(text.storage.get(), constant.storage.get());
+    }
 }
 
 TEST(XMLTreeBuilder, CodePointsBeyondUnicodePass)

@@ -19,6 +19,7 @@ constexpr std::uint64_t largest_message = 32768;
 class Stream
 {
 public:
+    virtual ~Stream() = default;
     explicit Stream(std::uint64_t size = largest_message) : parser(size)
     {
         parser.add_root_tag("reply");
@@ -28,7 +29,7 @@ public:
     std::uint64_t feed(std::string_view bytes) { return parser.feed(bytes.data(), bytes.size()); }
 
     // The element as it is written, "" for none.
-    std::string next()
+    virtual std::string next()
     {
         const XMLTree tree = parser.next_element();
         return tree.is_null ? "" : written(tree);
@@ -449,4 +450,100 @@ TEST(XMLParser, MessageOfTagsAloneNestsToTheEndOfTheBuffer)
         return stream.run(message + "</reply>");
     };
     EXPECT_EQ(on_worker<std::string>(work), "failed");
+}
+
+namespace
+{
+
+// Known names make the plain way possible.
+const AStringTable& stream_names()
+{
+    static const AStringTable table = [] {
+        AStringTable made;
+        for (const char* name : {"reply", "report", "a"}) {
+            made.add(AString(name), 0);
+        }
+        return made;
+    }();
+    return table;
+}
+
+// Takes elements where they were received if that can be, as the client does.
+class PlainStream : public Stream
+{
+public:
+    explicit PlainStream(std::uint64_t size = largest_message) : Stream(size)
+    {
+        parser.use_known_names(stream_names());
+    }
+
+    std::string next() override
+    {
+        const XMLPlainElement* plain = parser.next_plain_element();
+        if (plain == nullptr) {
+            return Stream::next();
+        }
+        ++plain_elements;
+        return "<" + plain->get_name().to_utf8() + ">" + std::string(plain->get_text()) + "</" +
+               plain->get_name().to_utf8() + ">";
+    }
+
+    std::size_t plain_elements = 0;
+};
+
+} // namespace
+
+TEST(XMLParser, PlainElementsAreReadWithoutATree)
+{
+    PlainStream stream;
+    EXPECT_EQ(stream.run(" <reply>1</reply>\r\n<report>2</report>"),
+              "<reply>1</reply>|<report>2</report>|");
+    EXPECT_EQ(stream.plain_elements, 2u);
+    EXPECT_EQ(stream.run("x<reply>1</reply><reply>&amp;</reply><reply>2</reply>"),
+              "<reply>1</reply>|<reply>&amp;</reply>|<reply>2</reply>|");
+    EXPECT_EQ(stream.plain_elements, 3u);
+}
+
+TEST(XMLParser, AnElementIsPlainOrNotHoweverItComes)
+{
+    const std::string bytes = "<reply>1</reply>\r\n<report>\xC3\x96</report>junk<reply>2</reply>"
+                              "<report >3</report><reply>4</reply ><report>5</report>";
+    const std::string elements = "<reply>1</reply>|<report>\xC3\x96</report>|<reply>2</reply>|"
+                                 "<report>3</report>|<reply>4</reply>|<report>5</report>|";
+    for (std::size_t block = 1; block <= bytes.size(); ++block) {
+        for (const std::uint64_t size : {std::uint64_t{64}, largest_message}) {
+            PlainStream stream(size);
+            std::string found;
+            for (std::size_t at = 0; at < bytes.size(); at += block) {
+                found += stream.run(std::string_view(bytes).substr(at, block));
+            }
+            ASSERT_EQ(found, elements) << block;
+        }
+    }
+}
+
+TEST(XMLParser, ARefusedElementFailsThePlainStreamToo)
+{
+    PlainStream stream;
+    EXPECT_EQ(stream.run("<reply>1</reply><reply><a></reply>"), "<reply>1</reply>|failed");
+    EXPECT_EQ(stream.parser.next_plain_element(), nullptr);
+    stream.parser.reset();
+    EXPECT_EQ(stream.run("<reply>1</reply>"), "<reply>1</reply>|");
+}
+
+TEST(XMLParser, HalfAPlainElementIsForgottenWithAReset)
+{
+    PlainStream stream;
+    EXPECT_EQ(stream.run("<reply>1</re"), "");
+    stream.parser.reset();
+    EXPECT_EQ(stream.run("ply><report>2</report>"), "<report>2</report>|");
+}
+
+TEST(XMLParser, AnElementBegunAsPlainMayBeTakenAsATree)
+{
+    PlainStream stream;
+    ASSERT_EQ(stream.run("<reply>1</"), "");
+    ASSERT_EQ(stream.feed("reply>"), 6u);
+    EXPECT_EQ(written(stream.parser.next_element()), "<reply>1</reply>");
+    EXPECT_EQ(stream.run("<report>2</report>"), "<report>2</report>|");
 }
