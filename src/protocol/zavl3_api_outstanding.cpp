@@ -50,7 +50,7 @@ CommandRecord* OutstandingCommands::new_command()
         if (xid.is_empty()) { // memory is exhausted, of which strings do not tell
             throw std::bad_alloc();
         }
-    } while (find_command(xid) != nullptr);
+    } while (look_up(xid) != nullptr);
     auto record = std::make_unique<CommandRecord>();
     record->parent = this;
     record->xid = xid;
@@ -72,6 +72,11 @@ AString OutstandingCommands::finish_command(CommandRecord* record)
 CommandRecord* OutstandingCommands::find_command(const AString& xid)
 {
     const AMutexLock guard = hold();
+    return look_up(xid);
+}
+
+CommandRecord* OutstandingCommands::look_up(const AString& xid) const
+{
     const auto found = commands.find(xid);
     return found == commands.end() ? nullptr : found->second;
 }
@@ -128,7 +133,7 @@ void OutstandingCommands::fail_all_outstanding()
 CommandRecord* OutstandingCommands::enter_delegate(const AString& xid)
 {
     const AMutexLock guard = hold();
-    CommandRecord* record = find_command(xid);
+    CommandRecord* record = look_up(xid);
     if (record != nullptr) {
         record->in_delegate = true;
     }

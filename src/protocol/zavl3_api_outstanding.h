@@ -86,7 +86,7 @@ public:
                         reply::error::Delegate& on_error)
     {
         const AMutexLock guard = hold();
-        CommandRecord* record = find_command(xid);
+        CommandRecord* record = look_up(xid);
         if (record == nullptr) {
             return false;
         }
@@ -101,6 +101,9 @@ public:
     void leave_delegate(CommandRecord* record);
 
 private:
+    // Under the lock.
+    CommandRecord* look_up(const AString& xid) const;
+
     std::map<AString, CommandRecord*> commands;
     AMutex lock;
     std::atomic<bool> failing{false};
