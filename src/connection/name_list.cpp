@@ -11,11 +11,12 @@ constexpr std::uint64_t segment_length = std::tuple_size_v<decltype(AStringSegme
 
 void NameListBuilder::append(const AString& name)
 {
-    if (unpacked_length + name.length() > segment_length) {
+    if (text_length + name.length() > segment_length) {
         pack();
     }
-    unpacked.push_back(name);
-    unpacked_length += name.length();
+    text.append(name);
+    text_length += name.length();
+    lengths.push_back(name.length());
 }
 
 void NameListBuilder::pack()
@@ -23,18 +24,17 @@ void NameListBuilder::pack()
     if (!names) {
         names = NameList::create_or_throw();
     }
-    // One name alone would come with the whole text that it is a piece of.
-    const AString text = AString(unpacked).compact_copy(0);
-    if (text.length() != unpacked_length) {
+    const AString packed = std::exchange(text, AStringBuilder()).finish();
+    if (packed.length() != text_length) {
         throw std::bad_alloc(); // or names would have pieces of others
     }
     std::uint64_t start = 0;
-    for (const AString& name : unpacked) {
-        names->push_back(text.mid(start, name.length()));
-        start += name.length();
+    for (const std::uint64_t length : lengths) {
+        names->push_back(packed.mid(start, length));
+        start += length;
     }
-    unpacked.clear();
-    unpacked_length = 0;
+    lengths.clear();
+    text_length = 0;
 }
 
 NameList NameListBuilder::finish()

@@ -2,6 +2,8 @@
 
 #include "foundation/astring.h"
 
+#include <vector>
+
 // Names that are taken one by one, from the front.
 using NameList = ARef<AStringList>;
 
@@ -18,6 +20,7 @@ private:
     void pack();
 
     NameList names;
-    AStringList unpacked;
-    std::uint64_t unpacked_length = 0;
+    AStringBuilder text; // of the names that are not in the list yet
+    std::uint64_t text_length = 0;
+    std::vector<std::uint64_t> lengths; // theirs
 };
