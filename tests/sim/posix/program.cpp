@@ -42,6 +42,8 @@ pid_t start(const std::vector<std::string>& arguments, int input, int output)
     posix_spawn_file_actions_adddup2(&actions, input, STDIN_FILENO);
     posix_spawn_file_actions_adddup2(&actions, output, STDOUT_FILENO);
     posix_spawn_file_actions_adddup2(&actions, output, STDERR_FILENO);
+    // Sockets of this process would stay open there.
+    posix_spawn_file_actions_addclosefrom_np(&actions, STDERR_FILENO + 1);
     pid_t process = -1;
     const int error =
         posix_spawn(&process, program.c_str(), &actions, nullptr, words.data(), environ);

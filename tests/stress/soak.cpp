@@ -1,0 +1,199 @@
+#include "stress/soak.h"
+
+#include <algorithm>
+#include <cstdio>
+
+#include <fmt/format.h>
+
+namespace stress
+{
+
+using namespace std::chrono_literals;
+using Clock = std::chrono::steady_clock;
+
+namespace
+{
+
+constexpr std::uint32_t line_seconds = 10;
+
+// What may come and go between two looks: stores and connections are opened and closed all the
+// time, each with threads and a link.
+constexpr std::size_t heap_tolerance_kb = 1024;
+constexpr double resident_tolerance = 0.10;
+constexpr std::size_t resident_tolerance_kb = 4096;
+constexpr std::size_t thread_tolerance = 6;
+constexpr std::size_t descriptor_tolerance = 16;
+// The last error text of a thread is kept for good, and each store that writes has a thread.
+constexpr double kept_bytes_per_writer = 256;
+
+#ifdef VELTO_SANITIZED
+constexpr bool memory_counts = false; // the sanitizer keeps what is freed
+#else
+constexpr bool memory_counts = true;
+#endif
+
+struct Sample {
+    Figures has;
+    std::size_t left_links = 0;
+    std::uint64_t writers = 0;
+};
+
+// The least of each figure in some stretch of time: what is always there.
+struct Floor {
+    std::size_t resident_kb = ~std::size_t{0};
+    std::size_t heap_kb = ~std::size_t{0};
+    std::size_t threads = ~std::size_t{0};
+    std::size_t descriptors = ~std::size_t{0};
+    std::uint64_t writers = 0;
+};
+
+Floor floor_of(const std::vector<Sample>& samples, std::size_t from, std::size_t to)
+{
+    Floor least;
+    for (std::size_t i = from; i < std::min(to, samples.size()); ++i) {
+        const Sample& sample = samples[i];
+        least.resident_kb = std::min(least.resident_kb, sample.has.resident_kb);
+        least.heap_kb = std::min(least.heap_kb, sample.has.heap_kb);
+        least.threads = std::min(least.threads, sample.has.threads);
+        least.descriptors = std::min(least.descriptors, sample.has.descriptors - sample.left_links);
+        least.writers = sample.writers;
+    }
+    return least;
+}
+
+class Table
+{
+public:
+    explicit Table(const std::string& name)
+        : file(name.empty() ? nullptr : std::fopen(name.c_str(), "w"))
+    {
+    }
+    Table(const Table&) = delete;
+    Table& operator=(const Table&) = delete;
+    ~Table()
+    {
+        if (file != nullptr) {
+            std::fclose(file);
+        }
+    }
+
+    void print(const std::string& line) const
+    {
+        for (std::FILE* out : {stdout, file}) {
+            if (out != nullptr) {
+                fmt::print(out, "{}\n", line);
+                std::fflush(out);
+            }
+        }
+    }
+
+private:
+    std::FILE* const file;
+};
+
+class Soak
+{
+public:
+    Soak(Run& watched, const Table& to) : run(watched), table(to) {}
+
+    void watch()
+    {
+        table.print(fmt::format("{:>6} {:>8} {:>7} {:>10} {:>10} {:>9} {:>9} {:>8} {:>11} {:>5}",
+                                "s", "calls/s", "faults", "calls", "reports", "RSS KB", "heap KB",
+                                "threads", "descriptors", "left"));
+        const auto start = Clock::now();
+        std::uint64_t calls_before = run.world.calls;
+        for (std::uint32_t second = 1; second <= run.options.seconds; ++second) {
+            std::this_thread::sleep_until(start + std::chrono::seconds(second));
+            samples.push_back(look());
+            if (second % line_seconds == 0 || second == run.options.seconds) {
+                const std::uint32_t since =
+                    second % line_seconds == 0 ? line_seconds : second % line_seconds;
+                print_line(second, (run.world.calls - calls_before) / since);
+                calls_before = run.world.calls;
+            }
+        }
+    }
+
+    // What was there after the first minute, of a shorter run after its first third, beside what
+    // was there at the end.
+    void judge_growth() const
+    {
+        const std::size_t count = samples.size();
+        const std::size_t begin = std::min<std::size_t>(60, count / 3);
+        const std::size_t stretch = std::min<std::size_t>(60, count / 3);
+        const Floor before = floor_of(samples, begin, begin + stretch);
+        const Floor after = floor_of(samples, count - stretch, count);
+        const auto kept_kb = static_cast<std::size_t>(
+            static_cast<double>(after.writers - before.writers) * kept_bytes_per_writer / 1024);
+        compare("threads", before.threads, after.threads, thread_tolerance);
+        compare("descriptors", before.descriptors, after.descriptors, descriptor_tolerance);
+        if (memory_counts) {
+            compare("heap, KB", before.heap_kb, after.heap_kb, heap_tolerance_kb + kept_kb);
+            const double spread = resident_tolerance * static_cast<double>(before.resident_kb);
+            compare("resident, KB", before.resident_kb, after.resident_kb,
+                    resident_tolerance_kb + kept_kb + static_cast<std::size_t>(spread));
+        }
+        table.print(fmt::format("kept on purpose: error texts of the threads of {} stores that "
+                                "write, {} KB at most",
+                                after.writers - before.writers, kept_kb));
+    }
+
+private:
+    // Of the links of all doors those that no connection has any more.
+    Sample look() const
+    {
+        Sample now;
+        now.has = figures();
+        std::size_t up = 0;
+        for (const auto& connection : run.world.connections.all()) {
+            up += velto_connected(connection->handle);
+        }
+        const std::size_t links = link_descriptors(run.doors).size();
+        now.left_links = links > up ? links - up : 0;
+        now.writers = run.world.writers;
+        return now;
+    }
+
+    void print_line(std::uint32_t second, std::uint64_t calls_per_second) const
+    {
+        const Sample& now = samples.back();
+        table.print(
+            fmt::format("{:>6} {:>8} {:>7} {:>10} {:>10} {:>9} {:>9} {:>8} {:>11} {:>5}", second,
+                        calls_per_second, run.breaker ? run.breaker->faults_done.load() : 0,
+                        run.world.calls.load(), run.doors.reports.load(), now.has.resident_kb,
+                        now.has.heap_kb, now.has.threads, now.has.descriptors, now.left_links));
+    }
+
+    void compare(const char* what, std::size_t before, std::size_t after,
+                 std::size_t tolerance) const
+    {
+        table.print(
+            fmt::format("{:<14} {:>9} after the beginning, {:>9} at the end, {} more allowed", what,
+                        before, after, tolerance));
+        run.verdict.check(after <= before + tolerance, std::string(what) + " has grown");
+    }
+
+    Run& run;
+    const Table& table;
+    std::vector<Sample> samples;
+};
+
+} // namespace
+
+int soak(const Options& options, const std::string& table_file)
+{
+    const Table table(table_file);
+    Run run(options);
+    run.begin();
+    Soak watched(run, table);
+    watched.watch();
+    run.finish();
+    watched.judge_growth();
+    const bool good = run.verdict.findings() == 0;
+    table.print(good ? "verdict: nothing lost, nothing grown"
+                     : fmt::format("verdict: {} findings", run.verdict.findings()));
+    return good ? 0 : 1;
+}
+
+} // namespace stress
