@@ -38,6 +38,7 @@ namespace platform
     CALL(stack_limits)                                                                             \
     CALL(thread_attributes)                                                                        \
     CALL(signal_mask)                                                                              \
+    CALL(stay_loaded)                                                                              \
     CALL(start_thread)                                                                             \
     CALL(thread_priority)                                                                          \
     CALL(thread_id)                                                                                \

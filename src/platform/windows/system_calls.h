@@ -84,6 +84,7 @@ inline constexpr SystemCall<Call::wait_semaphore, WaitFailed, ::WaitForSingleObj
 inline constexpr SystemCall<Call::release_semaphore, Zero, ::ReleaseSemaphore> ReleaseSemaphore;
 inline constexpr ReleasingCall<Call::destroy_semaphore, Zero, ::CloseHandle> close_semaphore;
 
+inline constexpr SystemCall<Call::stay_loaded, Zero, ::GetModuleHandleExW> GetModuleHandleExW;
 inline constexpr SystemCall<Call::start_thread, MinusOne, ::_beginthread> _beginthread;
 inline constexpr SystemCall<Call::thread_priority, Zero, ::SetThreadPriority> SetThreadPriority;
 inline constexpr SystemCall<Call::wall_clock, MinusOne, ::_time64> _time64;

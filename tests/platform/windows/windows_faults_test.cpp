@@ -38,6 +38,14 @@ TEST(WindowsFaults, APriorityThatIsNotSetIsPassedOver)
     EXPECT_EQ(Faults::struck(Call::thread_priority), 1u);
 }
 
+TEST(WindowsFaults, AThreadThatCouldBeUnloadedIsNotStarted)
+{
+    const Faults faults{{.call = Call::stay_loaded}};
+    const auto fail = [](void*) { ADD_FAILURE(); };
+    EXPECT_FALSE(platform::start_thread(fail, nullptr, 65536));
+    EXPECT_EQ(Faults::struck(Call::stay_loaded), 1u);
+}
+
 TEST(WindowsFaults, AnInterruptedWaitForASemaphoreIsTold)
 {
     platform::Semaphore* semaphore = platform::create_semaphore(1, 1);

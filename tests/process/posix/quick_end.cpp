@@ -1,0 +1,8 @@
+#include "process/quick_end.h"
+
+#include <cstdlib>
+
+void end_quickly(int code)
+{
+    std::quick_exit(code);
+}
