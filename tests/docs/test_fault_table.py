@@ -30,6 +30,13 @@ def known_tests():
         text = source.read_text(encoding="utf-8")
         for suite, name in re.findall(r"^TEST(?:_F|_P)?\(\s*(\w+),\s*(\w+)\)", text, re.MULTILINE):
             names.add(f"{suite}.{name}")
+    for source in (ROOT / "tests").rglob("test_*.py"):
+        suite = None
+        for line in source.read_text(encoding="utf-8").splitlines():
+            if found := re.match(r"class (\w+)\(unittest.TestCase\)", line):
+                suite = found.group(1)
+            elif found := re.match(r"    def (test_\w+)", line):
+                names.add(f"{suite}.{found.group(1)}")
     return names
 
 

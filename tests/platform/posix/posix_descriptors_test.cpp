@@ -1,13 +1,11 @@
 #include "platform/platform.h"
 
 #include "platform/loopback.h"
-
-#include <algorithm>
+#include "platform/posix/descriptors.h"
 
 #include <fcntl.h>
 #include <netinet/in.h>
 #include <netinet/tcp.h>
-#include <sys/resource.h>
 #include <sys/socket.h>
 
 #include <gtest/gtest.h>
@@ -19,25 +17,6 @@ int descriptor(platform::SocketHandle socket)
 {
     return static_cast<int>(socket);
 }
-
-// Raises the number of descriptors that the process may have, for as long as it lives.
-class DescriptorLimit
-{
-public:
-    explicit DescriptorLimit(rlim_t wanted)
-    {
-        getrlimit(RLIMIT_NOFILE, &before);
-        rlimit raised = before;
-        raised.rlim_cur = std::max(before.rlim_cur, std::min(wanted, before.rlim_max));
-        setrlimit(RLIMIT_NOFILE, &raised);
-    }
-    DescriptorLimit(const DescriptorLimit&) = delete;
-    DescriptorLimit& operator=(const DescriptorLimit&) = delete;
-    ~DescriptorLimit() { setrlimit(RLIMIT_NOFILE, &before); }
-
-private:
-    rlimit before{};
-};
 
 TEST(PosixDescriptors, AreClosedOnExec)
 {
