@@ -249,17 +249,22 @@ TEST(MutexFaults, OneThatIsNotCreatedIsNull)
     platform::destroy_mutex(next);
 }
 
+// Comes to an end only if no other thread holds it.
+WaitResult lock_elsewhere(platform::Mutex* mutex)
+{
+    return await(in_thread([=] {
+        const WaitResult result = platform::lock_mutex(mutex);
+        platform::unlock_mutex(mutex);
+        return result;
+    }));
+}
+
 TEST(MutexFaults, ALockThatFailsIsToldAndNotHeld)
 {
     platform::Mutex* mutex = platform::create_mutex();
     const Faults faults{{.call = Call::lock_mutex}};
     EXPECT_EQ(platform::lock_mutex(mutex), WaitResult::failed);
-    const auto result = await(in_thread([=] {
-        const WaitResult locked = platform::lock_mutex(mutex);
-        platform::unlock_mutex(mutex);
-        return locked;
-    }));
-    EXPECT_EQ(result, WaitResult::signalled);
+    EXPECT_EQ(lock_elsewhere(mutex), WaitResult::signalled);
     platform::destroy_mutex(mutex);
 }
 
@@ -270,12 +275,7 @@ TEST(MutexFaults, WhatIsLetGoIsGoneEvenIfThatFails)
     platform::lock_mutex(mutex);
     platform::unlock_mutex(mutex);
     EXPECT_EQ(Faults::struck(Call::unlock_mutex), 1u);
-    const auto result = await(in_thread([=] {
-        const WaitResult locked = platform::lock_mutex(mutex);
-        platform::unlock_mutex(mutex);
-        return locked;
-    }));
-    EXPECT_EQ(result, WaitResult::signalled);
+    EXPECT_EQ(lock_elsewhere(mutex), WaitResult::signalled);
     platform::destroy_mutex(mutex);
     EXPECT_EQ(Faults::struck(Call::destroy_mutex), 1u);
 }
