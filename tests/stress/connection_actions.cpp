@@ -45,8 +45,8 @@ void open_connection(Actor& actor)
 
 void close_connection(Actor& actor)
 {
-    const std::size_t fewest = actor.world.limits.connections / 2;
-    if (const auto connection = actor.world.connections.take(actor.chance, fewest)) {
+    if (const auto connection =
+            actor.world.connections.take(actor.chance, actor.world.limits.fewest_connections)) {
         close_and_forget(actor, connection);
     }
 }

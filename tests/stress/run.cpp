@@ -15,13 +15,6 @@ namespace
 
 constexpr auto settling = 60s; // only catches what never settles
 
-// Runs side by side, of several builds say, have addresses of their own.
-std::uint32_t own_addresses()
-{
-    constexpr std::uint32_t networks = 96;
-    return VELTO_IPV4(127u, 128u + static_cast<std::uint32_t>(getpid()) % networks, 0u, 1u);
-}
-
 void hang(Actor& actor)
 {
     actor.progress.begin("hang");
@@ -41,8 +34,8 @@ std::string Options::to_text() const
 Run::Run(const Options& wanted)
     : options(wanted), watchdog(std::chrono::seconds(options.patience),
                                 "to run it again: velto_stress " + options.to_text()),
-      simulator(own_addresses()), doors(own_addresses() + 1, own_addresses()),
-      world(doors, verdict, options.limits), own_progress(watchdog.watch("the main thread")),
+      doors(simulator.address() + 1, simulator.address()), world(doors, verdict, options.limits),
+      own_progress(watchdog.watch("the main thread")),
       judge(world, most_threads - 1, options.seed, own_progress)
 {
     own_progress.begin("set up");

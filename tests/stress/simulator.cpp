@@ -23,9 +23,28 @@ std::filesystem::path own_directory()
 
 } // namespace
 
-Simulator::Simulator(std::uint32_t own_address) : host(own_address), directory(own_directory())
+Simulator::Simulator() : directory(own_directory())
 {
-    start();
+    find_network();
+}
+
+// Runs side by side, of several builds say, have a network each. The simulator ends when another
+// one listens there.
+void Simulator::find_network()
+{
+    constexpr std::uint32_t first = 0x7F800001; // 127.128.0.1
+    constexpr std::uint32_t networks = 96;
+    const auto own = static_cast<std::uint32_t>(getpid());
+    for (std::uint32_t number = 0;; ++number) {
+        host = first + ((own + number) % networks << 16);
+        try {
+            return start();
+        } catch (const std::runtime_error&) {
+            if (number + 1 == networks) {
+                throw;
+            }
+        }
+    }
 }
 
 Simulator::~Simulator()

@@ -16,11 +16,12 @@ namespace stress
 class Simulator
 {
 public:
-    explicit Simulator(std::uint32_t own_address);
+    Simulator();
     Simulator(const Simulator&) = delete;
     Simulator& operator=(const Simulator&) = delete;
     ~Simulator();
 
+    // The first of a network that nobody else uses.
     std::uint32_t address() const { return host; }
     // A line of control; its answer.
     std::string control(const std::string& line);
@@ -28,8 +29,9 @@ public:
 
 private:
     void start();
+    void find_network();
 
-    const std::uint32_t host;
+    std::uint32_t host = 0;
     const std::filesystem::path directory;
     std::mutex lock;
     std::unique_ptr<veltosim::Program> program;

@@ -130,7 +130,8 @@ private:
 constexpr std::uint32_t most_threads = 64;
 
 struct Limits {
-    std::size_t connections = 6;
+    std::size_t connections = 8;
+    std::size_t fewest_connections = 4;
     std::size_t records = 12;
     std::size_t lists = 8;
     std::size_t stores = 10;
