@@ -2,6 +2,7 @@
 #include "getters.h"
 #include "names.h"
 #include "round_trip.h"
+#include "scale.h"
 #include "stores.h"
 
 #include <cstdlib>
@@ -24,6 +25,7 @@ constexpr Measurement measurements[] = {
     {"names", measure_names},
     {"store_writes", measure_store_writes},
     {"store_scan", measure_store_scan},
+    {"scale", measure_scale},
 };
 
 // Takes the filter that the other program's framework takes, and lets its other options pass.
@@ -45,6 +47,9 @@ std::regex wanted_names(int argc, char** argv)
 // VELTO_BENCH_SMOKE shows in a second that it runs; its figures mean nothing.
 int main(int argc, char** argv)
 {
+    if (run_part_of_scale(argc, argv)) {
+        return 0;
+    }
     const bool smoke = std::getenv("VELTO_BENCH_SMOKE") != nullptr;
     const std::regex wanted = wanted_names(argc, argv);
     for (const Measurement& measurement : measurements) {
