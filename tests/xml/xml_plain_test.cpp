@@ -241,7 +241,7 @@ TEST(XMLPlainParser, AgreesWithTheTreeOnWhateverItReads)
     std::mt19937 random(20240);
     std::size_t plain = 0;
     PlainParser parser;
-    for (int round = 0; round < 200000; ++round) {
+    for (int round = 0; round < 50000; ++round) {
         std::string message = "<reply>";
         const auto count = random() % 9;
         for (std::uint32_t i = 0; i < count; ++i) {
@@ -255,7 +255,7 @@ TEST(XMLPlainParser, AgreesWithTheTreeOnWhateverItReads)
             ASSERT_EQ(fate, fate_of(message)) << message;
         }
     }
-    EXPECT_GT(plain, 5000u);
+    EXPECT_GT(plain, 2000u);
 }
 
 } // namespace
