@@ -93,11 +93,12 @@ void APIParser::dispatch_element(const Element& root)
     if (!is_reply && !root.has_name(tag<"report">())) {
         return record_failure({}, "XML Message is not a <reply> or <report> message");
     }
-    AString xid;
     AString error;
-    if (is_reply && !read_xid(root, xid, &error)) {
+    if (is_reply && !read_xid(root, last_xid, &error)) {
         return record_failure({}, error);
     }
+    const AString no_xid;
+    const AString& xid = is_reply ? last_xid : no_xid;
 
     const AStringTable& names = is_reply ? *reply_names : *report_names;
     const Element* content = nullptr;

@@ -55,6 +55,8 @@ private:
 
     template <typename Element>
     struct Receivers;
+
+    AString last_xid; // of the latest reply
 };
 
 } // namespace ZAVL3

@@ -1,5 +1,6 @@
 #include "protocol/zavl3_tree.h"
 
+#include "foundation/astring_runs.h"
 #include "foundation/astringformat.h"
 
 namespace ZAVL3
@@ -104,6 +105,30 @@ XMLTree write_children(const AString& name, const XMLTreeList& children)
     return XMLTree(name, children);
 }
 
+namespace
+{
+
+void set_text(AString& value, const XMLTree& element)
+{
+    value = element.get_text();
+}
+
+// A value that has the text already is left alone: replies to one command bring the same xid.
+void set_text(AString& value, const XMLPlainElement& element)
+{
+    const std::string_view text = element.get_text();
+    const AStringRuns run(value);
+    const bool is_same = value.length() == text.size() && run.count == text.size() &&
+                         std::equal(text.begin(), text.end(), run.data, [](char byte, AChar c) {
+                             return L1(static_cast<unsigned char>(byte)) == c;
+                         });
+    if (!is_same) {
+        value = get_raw_text(element);
+    }
+}
+
+} // namespace
+
 template <typename Element>
 bool Text::read(const Element& tree, const AString& name, AString& value, AString* error)
 {
@@ -111,7 +136,7 @@ bool Text::read(const Element& tree, const AString& name, AString& value, AStrin
     if (element == nullptr) {
         return false;
     }
-    value = get_raw_text(*element);
+    set_text(value, *element);
     return true;
 }
 
