@@ -32,14 +32,15 @@ std::optional<fuzz::Script::Step> feed_pieces(fuzz::Link& link, fuzz::Script& sc
 
 int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size)
 {
-    const std::uint8_t questions = fuzz::Link::question_count();
-    fuzz::Script script(fuzz::text_of(data, size), questions + 1);
+    const auto questions = fuzz::questions();
+    const auto action_count = static_cast<std::uint8_t>(questions.size() + 1);
+    fuzz::Script script(fuzz::text_of(data, size), action_count);
     fuzz::Link link;
     auto step = feed_pieces(link, script);
     while (step) {
-        if (const std::uint8_t action = *step->action; action < questions) {
+        if (const std::uint8_t action = *step->action; action < questions.size()) {
             step.reset();
-            link.ask(action, [&] { step = feed_pieces(link, script); });
+            link.ask(questions[action], [&] { step = feed_pieces(link, script); });
         } else {
             link.lose();
             step = feed_pieces(link, script);

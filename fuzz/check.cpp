@@ -18,6 +18,7 @@ constexpr Refusal refusals[] = {
     {"achar", "lead byte"},    // a continuation byte stands first
     {"achar", "row != end"},   // a character above 0x10FFFF, which four bytes can spell, is written
     {"anumber", "digit >= 0"}, // a fraction that is no number
+    {"typehelp", "field rate class is known"}, // a clip of a standard whose rate is not known
 };
 
 void on_report(const char* source, int line, const char* expression)

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "connection/velto.h"
+#include "fuzz/exports.h"
 
 #include <functional>
 #include <string>
@@ -25,10 +26,8 @@ public:
     // The link is lost, with all commands, and comes back.
     void lose();
 
-    // Calls an exported function that waits for the server. `answer` runs once the command is
-    // written; what it leaves without an answer fails.
-    static std::uint8_t question_count();
-    void ask(std::uint8_t question, const std::function<void()>& answer);
+    // `answer` runs once the command is written; what it leaves without an answer fails.
+    void ask(const Question& question, const std::function<void()>& answer);
 
     // Calls all exported functions that read what the connection has been told.
     void read_back();

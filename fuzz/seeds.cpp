@@ -10,6 +10,7 @@
 #include <cstdio>
 #include <filesystem>
 #include <fstream>
+#include <nlohmann/json.hpp>
 #include <set>
 
 namespace
@@ -50,9 +51,9 @@ void write_messages(const files::path& seeds)
         const std::string text = waited_for(message);
         all += text;
         write_file(seeds / "messages" / message.content.name, text);
-        write_file(seeds / "byte_stream" / message.content.name,
-                   fuzz::Script::make(std::string(8, '\x20'), text));
-        write_file(seeds / "xml_tree" / message.content.name, text);
+        const std::string in_pieces = fuzz::Script::make(std::string(8, '\x20'), text);
+        write_file(seeds / "byte_stream" / message.content.name, in_pieces);
+        write_file(seeds / "xml_tree" / message.content.name, in_pieces);
     }
     write_file(seeds / "messages" / "all", all);
 }
@@ -61,7 +62,7 @@ void write_messages(const files::path& seeds)
 void write_questions(const files::path& seeds)
 {
     const std::string xid = fuzz::Link::question_xid();
-    for (std::uint8_t question = 0; question < fuzz::Link::question_count(); ++question) {
+    for (std::uint8_t question = 0; question < fuzz::questions().size(); ++question) {
         for (const wire::Message& message : wire::messages()) {
             if (message.is_reply) {
                 const std::string steps = {static_cast<char>(question), long_piece};
@@ -126,7 +127,22 @@ void write_commands(const files::path& seeds)
     write_file(seeds / "simulator" / "control",
                fuzz::Script::make(std::string(4, '\x02'),
                                   "help\ndelay 200\nsplit 7\nrefuse stop\n" + all));
-    write_file(seeds / "scenario" / "default", std::string(veltosim::default_scenario_text()));
+}
+
+// The built-in scenario, and pieces of it, which reach as much and are quicker to change.
+void write_scenarios(const files::path& seeds)
+{
+    using nlohmann::json;
+    const json whole = json::parse(veltosim::default_scenario_text());
+    write_file(seeds / "default", whole.dump());
+    for (const auto& [key, value] : whole.items()) {
+        write_file(seeds / key, json{{key, value}}.dump());
+        std::size_t number = 0;
+        for (const json& element : value.is_array() ? value : json::array()) {
+            write_file(seeds / (key + std::to_string(++number)),
+                       json{{key, json::array({element})}}.dump());
+        }
+    }
 }
 
 // The words of a text of messages: its tags, and what stands between them.
@@ -174,6 +190,15 @@ void write_dictionaries(const files::path& folder)
         add_words(command_text(rule), commands);
     }
     write_dictionary(folder / "commands.dict", commands);
+    std::set<std::string> keys;
+    const auto add_key = [&keys](int, nlohmann::json::parse_event_t event, nlohmann::json& parsed) {
+        if (event == nlohmann::json::parse_event_t::key) {
+            keys.insert(parsed.dump());
+        }
+        return true;
+    };
+    static_cast<void>(nlohmann::json::parse(veltosim::default_scenario_text(), add_key));
+    write_dictionary(folder / "scenario.dict", keys);
 }
 
 } // namespace
@@ -188,6 +213,7 @@ int main(int argc, char** argv)
     write_messages(folder / "seeds");
     write_questions(folder / "seeds");
     write_commands(folder / "seeds");
+    write_scenarios(folder / "seeds" / "scenario");
     write_dictionaries(folder);
     return 0;
 }
