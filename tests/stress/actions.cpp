@@ -1,5 +1,8 @@
 #include "stress/actions.h"
 
+#include <algorithm>
+#include <iterator>
+
 namespace stress
 {
 
@@ -47,9 +50,14 @@ constexpr Action table[] = {
 
 } // namespace
 
-std::span<const Action> actions()
+std::vector<Action> actions_with(std::string_view text)
 {
-    return table;
+    std::vector<Action> found;
+    std::copy_if(std::begin(table), std::end(table), std::back_inserter(found),
+                 [text](const Action& action) {
+                     return std::string_view(action.name).find(text) != text.npos;
+                 });
+    return found;
 }
 
 } // namespace stress

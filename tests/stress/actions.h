@@ -2,7 +2,8 @@
 
 #include "stress/actor.h"
 
-#include <span>
+#include <string_view>
+#include <vector>
 
 namespace stress
 {
@@ -15,7 +16,8 @@ struct Action {
     void (*act)(Actor& actor);
 };
 
-std::span<const Action> actions();
+// Those whose names contain the text.
+std::vector<Action> actions_with(std::string_view text);
 
 void open_connection(Actor& actor);
 void close_connection(Actor& actor);
@@ -53,6 +55,10 @@ void use_store(Actor& actor);
 void write_own_keys(Actor& actor);
 void close_own_store(Actor& actor);
 void follow_own_keys(Actor& actor);
+
+// Where all threads write.
+constexpr const char* shared_folder = "stress";
+constexpr const char* shared_prefix = "s/";
 
 // The folder of the keys that have one writer, and a key's name in it.
 constexpr const char* own_folder = "own";

@@ -13,7 +13,7 @@ using Clock = std::chrono::steady_clock;
 namespace
 {
 
-constexpr auto patience = 60s; // only catches a hang
+constexpr auto patience = 60s; // only catches what never comes
 constexpr std::uint32_t patience_ms = 60000;
 constexpr Rule succeeds{bit(VELTO_RESULT_OK)};
 
@@ -26,22 +26,32 @@ std::shared_ptr<Connection> connection_number(World& world, std::size_t number)
 }
 
 // A link that is up when the faults end may still be lost to one of them: each has to work twice.
+bool works_again(Actor& judge, const Connection& connection, Clock::time_point end)
+{
+    judge.run(NAMED(velto_synchronous), connection.handle, VELTO_COMMANDS_WAIT);
+    int good = 0;
+    while (good < 2 && Clock::now() < end) {
+        judge.run(NAMED(velto_wait_until_connected), connection.handle);
+        good += judge.call(NAMED(velto_cmd_stop1), command, connection, 0u) == VELTO_RESULT_OK;
+    }
+    return good == 2;
+}
+
 void wait_for_links(Actor& judge)
 {
+    const auto end = Clock::now() + patience;
     for (const auto& connection : judge.world.connections.all()) {
-        judge.run(NAMED(velto_synchronous), connection->handle, VELTO_COMMANDS_WAIT);
-        for (int good = 0; good < 2;) {
-            judge.run(NAMED(velto_wait_until_connected), connection->handle);
-            good += judge.call(NAMED(velto_cmd_stop1), command, *connection, 0u) == VELTO_RESULT_OK;
-        }
+        judge.check(works_again(judge, *connection, end),
+                    fmt::format("connection {} does not work again", connection->handle));
         judge.run(NAMED(velto_sync), connection->handle);
     }
 }
 
 // Whether the connection is told of the clip, before or behind whatever else it has not taken.
-bool learns_of_clip(Actor& judge, const Connection& connection, const std::string& clip)
+bool learns_of_clip(Actor& judge, const Connection& connection, const std::string& clip,
+                    Clock::time_point end)
 {
-    for (const auto end = Clock::now() + patience; Clock::now() < end;) {
+    while (Clock::now() < end) {
         TextOut name;
         judge.call(NAMED(velto_track_change_added_clip), succeeds, connection, name.buffer());
         if (name.text() == clip) {
@@ -63,8 +73,9 @@ void check_changes(Actor& judge)
     }
     judge.call(NAMED(velto_create_clip1), succeeds, *all.front(), units(clip).c_str(),
                VELTO_TRACK_ALL);
+    const auto end = Clock::now() + patience;
     for (const auto& connection : all) {
-        judge.check(learns_of_clip(judge, *connection, clip),
+        judge.check(learns_of_clip(judge, *connection, clip, end),
                     fmt::format("connection {} does not learn of a clip", connection->handle));
     }
 }
@@ -139,7 +150,41 @@ void flush_stores(Actor& judge)
             judge.call(NAMED(velto_kvstore_flush), succeeds, *store, patience_ms);
         }
     }
-    read_folder_twice(judge, "stress");
+    read_folder_twice(judge, shared_folder);
+}
+
+// Whether a store that has been there through all faults is told of the value.
+bool learns_of_value(Actor& judge, const Store& store, const std::string& key,
+                     const std::string& wanted, Clock::time_point end)
+{
+    while (Clock::now() < end) {
+        Out<std::uint32_t> kind;
+        TextOut found, value;
+        const VeltoResult result =
+            judge.call(NAMED(velto_kvstore_get_change), wait_with_limit, store, 1000u, &kind.value,
+                       found.buffer(), value.buffer());
+        if (result == VELTO_RESULT_OK && found.text() == key && value.text() == wanted) {
+            return true;
+        }
+    }
+    return false;
+}
+
+void check_readers(Actor& judge)
+{
+    const auto writer = open_private_store(judge, connection_number(judge.world, 2), shared_folder,
+                                           shared_prefix, VELTO_STORE_WRITE);
+    const std::string key = "end";
+    const std::string value = judge.new_value(key);
+    judge.call(NAMED(velto_kvstore_set), succeeds, *writer, units(key).c_str(),
+               units(value).c_str());
+    const auto end = Clock::now() + patience;
+    for (const auto& store : judge.world.stores.all()) {
+        judge.check(store->mode == VELTO_STORE_WRITE ||
+                        learns_of_value(judge, *store, key, value, end),
+                    fmt::format("store {} does not learn of a write", store->handle));
+    }
+    close_private_store(judge, writer);
 }
 
 // Nothing that was confirmed is lost, and nothing is there that was not written.
@@ -213,6 +258,8 @@ void check_aftermath(Actor& judge, std::deque<Actor>& workers)
     }
     step("flush the stores");
     flush_stores(judge);
+    step("check the readers of the stores");
+    check_readers(judge);
     step("check changes");
     check_changes(judge);
     step("check clips");

@@ -181,14 +181,19 @@ void use_metadata(Actor& actor)
 namespace
 {
 
-// A command that fails may have been obeyed all the same; one that is not waited for tells nothing.
-void note(Existence& existence, VeltoResult result, const Connection& connection, Existence wanted)
+// A command that fails may have been obeyed all the same. One that is not waited for tells nothing,
+// and may be obeyed behind a later one on another link: it has to end first.
+void note(Actor& actor, std::uint32_t index, VeltoResult result, const Connection& connection,
+          Existence wanted)
 {
     if (result == VELTO_RESULT_INVALID_HANDLE) {
         return;
     }
+    if (connection.may_not_wait) {
+        actor.run(NAMED(velto_sync), connection.handle);
+    }
     const bool is_known = result == VELTO_RESULT_OK && !connection.may_not_wait;
-    existence = is_known ? wanted : Existence::unknown;
+    actor.clips[index] = is_known ? wanted : Existence::unknown;
 }
 
 void create(Actor& actor, const Connection& connection, std::uint32_t index)
@@ -196,14 +201,14 @@ void create(Actor& actor, const Connection& connection, std::uint32_t index)
     const VeltoResult result =
         actor.call(NAMED(velto_create_clip2), command, connection,
                    units(actor.own_clip(index)).c_str(), VELTO_TRACK_ALL, 500u);
-    note(actor.clips[index], result, connection, Existence::there);
+    note(actor, index, result, connection, Existence::there);
 }
 
 void remove(Actor& actor, const Connection& connection, std::uint32_t index)
 {
     const VeltoResult result = actor.call(NAMED(velto_delete_clip), command, connection,
                                           units(actor.own_clip(index)).c_str());
-    note(actor.clips[index], result, connection, Existence::gone);
+    note(actor, index, result, connection, Existence::gone);
 }
 
 void rename(Actor& actor, const Connection& connection, std::uint32_t from)
@@ -212,8 +217,8 @@ void rename(Actor& actor, const Connection& connection, std::uint32_t from)
     const VeltoResult result =
         actor.call(NAMED(velto_rename_clip), command, connection,
                    units(actor.own_clip(from)).c_str(), units(actor.own_clip(to)).c_str());
-    note(actor.clips[from], result, connection, Existence::gone);
-    note(actor.clips[to], result, connection, Existence::there);
+    note(actor, from, result, connection, Existence::gone);
+    note(actor, to, result, connection, Existence::there);
 }
 
 } // namespace
@@ -260,7 +265,9 @@ void look_for_clip(Actor& actor)
     const Existence known = actor.clips[index];
     actor.check(known == Existence::unknown ||
                     exists.value == (known == Existence::there ? VELTO_YES : VELTO_NO),
-                "the clip '" + actor.own_clip(index) + "' is there against what was done to it");
+                "the clip '" + actor.own_clip(index) + "' is " +
+                    (exists.value == VELTO_YES ? "" : "not ") +
+                    "there, against what was done to it");
 }
 
 void edit_virtual_clip(Actor& actor)

@@ -14,6 +14,9 @@ namespace
 {
 
 constexpr std::uint16_t port = 8913;
+// A simulator that is being started holds all descriptors of this process for a moment, those that
+// have just been closed here too.
+constexpr auto bind_again = std::chrono::milliseconds(5);
 constexpr auto longest_shutting = std::chrono::seconds(10);
 
 } // namespace
@@ -64,7 +67,12 @@ void Door::listen()
     }
     acceptor.open(tcp::v4());
     acceptor.set_option(tcp::acceptor::reuse_address(true));
-    acceptor.bind({asio::ip::address_v4(host), port});
+    std::error_code error;
+    acceptor.bind({asio::ip::address_v4(host), port}, error);
+    if (error) {
+        stop_listening();
+        return listen_after(bind_again);
+    }
     acceptor.listen();
     accept();
 }
@@ -152,9 +160,14 @@ void Door::refuse(std::chrono::milliseconds duration)
     post([=, this] {
         stop_listening();
         for_each_link([](Link& link) { link.cut(Cut::close); });
-        pause.expires_after(duration);
-        pause.async_wait([self = shared_from_this()](const std::error_code&) { self->listen(); });
+        listen_after(duration);
     });
+}
+
+void Door::listen_after(std::chrono::milliseconds duration)
+{
+    pause.expires_after(duration);
+    pause.async_wait([self = shared_from_this()](const std::error_code&) { self->listen(); });
 }
 
 void Door::ignore(std::chrono::milliseconds duration)

@@ -57,6 +57,7 @@ private:
 
     void post(std::function<void()> work);
     void listen();
+    void listen_after(std::chrono::milliseconds duration);
     void stop_listening();
     void accept();
     void take_in(asio::ip::tcp::socket client);

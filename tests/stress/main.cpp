@@ -29,6 +29,10 @@ void declare(CLI::App& app, CommandLine& line)
     app.add_option("--patience", options.patience,
                    "Seconds without a step after which a thread counts as stuck")
         ->capture_default_str();
+    app.add_option("--only", options.only, "Do only that the name of which contains this text")
+        ->check([](const std::string& text) {
+            return stress::actions_with(text).empty() ? "there is no such action" : "";
+        });
     app.add_flag("--print-actions", options.print_actions, "Print what each thread does");
     app.add_flag("--soak", line.soak, "Print figures as it runs, and a verdict on what has grown");
     app.add_option("--table", line.table, "File for the soak's figures too");

@@ -1,7 +1,5 @@
 #include "stress/run.h"
 
-#include "stress/actions.h"
-
 #include <fmt/format.h>
 #include <unistd.h>
 
@@ -27,8 +25,8 @@ void hang(Actor& actor)
 
 std::string Options::to_text() const
 {
-    return fmt::format("--seed {} --seconds {} --threads {} --fault-ms {}", seed, seconds, threads,
-                       fault_ms);
+    return fmt::format("--seed {} --seconds {} --threads {} --fault-ms {}{}", seed, seconds,
+                       threads, fault_ms, only.empty() ? "" : fmt::format(" --only '{}'", only));
 }
 
 Run::Run(const Options& wanted)
@@ -36,7 +34,8 @@ Run::Run(const Options& wanted)
                                 "to run it again: velto_stress " + options.to_text()),
       doors(simulator.address() + 1, simulator.address()), world(doors, verdict, options.limits),
       own_progress(watchdog.watch("the main thread")),
-      judge(world, most_threads - 1, options.seed, own_progress)
+      judge(world, most_threads - 1, options.seed, own_progress),
+      actions(actions_with(options.only))
 {
     own_progress.begin("set up");
     raise_descriptor_limit();
@@ -87,7 +86,7 @@ void Run::work(Actor& actor)
         hang(actor);
     }
     for (std::uint64_t number = 0; !is_stopping; ++number) {
-        const Action& action = actor.chance.weighted(actions());
+        const Action& action = actor.chance.weighted(actions);
         if (options.print_actions) {
             fmt::print("{} {} {}\n", actor.progress.thread, number, action.name);
         }

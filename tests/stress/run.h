@@ -1,5 +1,6 @@
 #pragma once
 
+#include "stress/actions.h"
 #include "stress/aftermath.h"
 #include "stress/breaker.h"
 #include "stress/figures.h"
@@ -13,6 +14,7 @@ struct Options {
     std::uint32_t threads = 12;
     std::uint32_t fault_ms = 100; // between two faults, on average; 0: none
     std::uint32_t patience = 120; // seconds without a step that are a deadlock
+    std::string only;             // what the names of its actions contain
     bool print_actions = false;
     bool hangs = false; // one thread does, on purpose
     Limits limits;
@@ -50,6 +52,7 @@ private:
     Progress& own_progress;
     Actor judge;
     Figures at_start;
+    const std::vector<Action> actions;
     std::atomic<bool> is_stopping{false};
     std::deque<Actor> workers;
     std::vector<std::thread> threads;

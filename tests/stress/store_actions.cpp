@@ -8,8 +8,6 @@ namespace stress
 namespace
 {
 
-constexpr const char* folder = "stress";
-constexpr const char* prefix = "s/";
 constexpr std::uint32_t shared_keys = 24;
 
 struct Change {
@@ -82,8 +80,8 @@ void refuse_bad_mode(Actor& actor, const Connection& connection)
 {
     Out<VeltoStoreHandle> handle;
     actor.call(NAMED(velto_open_kvstore), Rule{bit(VELTO_RESULT_INVALID_ARGUMENT)}, connection,
-               units(folder).c_str(), units(prefix).c_str(), 4 + actor.chance.below(1000),
-               &handle.value);
+               units(shared_folder).c_str(), units(shared_prefix).c_str(),
+               4 + actor.chance.below(1000), &handle.value);
     actor.check(handle.is_untouched(), "a store is written on failure");
 }
 
@@ -139,8 +137,8 @@ void open_store(Actor& actor)
     if (actor.chance.one_in(8)) {
         return refuse_bad_mode(actor, *connection);
     }
-    if (const auto store =
-            open_private_store(actor, connection, folder, prefix, 1 + actor.chance.below(3))) {
+    if (const auto store = open_private_store(actor, connection, shared_folder, shared_prefix,
+                                              1 + actor.chance.below(3))) {
         actor.world.stores.add(store);
     }
 }
