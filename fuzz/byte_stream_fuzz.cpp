@@ -1,7 +1,7 @@
 // What a server sends, in pieces of any size, up to the state that applications read: with commands
 // waiting, questions asked between the pieces, and links lost.
 
-#include "fuzz/check.h"
+#include "fuzz/both_roads.h"
 #include "fuzz/link.h"
 #include "fuzz/script.h"
 
@@ -28,13 +28,15 @@ std::optional<fuzz::Script::Step> feed_pieces(fuzz::Link& link, fuzz::Script& sc
     return std::nullopt;
 }
 
-} // namespace
+fuzz::Script make_script(std::string_view input)
+{
+    return fuzz::Script(input, static_cast<std::uint8_t>(fuzz::questions().size() + 1));
+}
 
-int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size)
+void play(std::string_view input)
 {
     const auto questions = fuzz::questions();
-    const auto action_count = static_cast<std::uint8_t>(questions.size() + 1);
-    fuzz::Script script(fuzz::text_of(data, size), action_count);
+    fuzz::Script script = make_script(input);
     fuzz::Link link;
     auto step = feed_pieces(link, script);
     while (step) {
@@ -47,5 +49,28 @@ int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size)
         }
     }
     link.read_back();
+}
+
+// Without the questions: each action begins another link.
+void compare_roads(std::string_view input)
+{
+    fuzz::Script script = make_script(input);
+    fuzz::BothRoads roads;
+    while (const auto step = script.next()) {
+        if (step->action) {
+            roads.lose();
+        } else {
+            roads.feed(step->piece);
+        }
+    }
+}
+
+} // namespace
+
+int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size)
+{
+    const std::string_view input = fuzz::text_of(data, size);
+    play(input);
+    compare_roads(input);
     return 0;
 }

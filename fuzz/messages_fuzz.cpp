@@ -1,7 +1,7 @@
 // Messages of the catalogue, changed as messages, up to the state that applications read. What is
 // read of a message is the same when it has been written and read again.
 
-#include "fuzz/check.h"
+#include "fuzz/both_roads.h"
 #include "fuzz/link.h"
 #include "fuzz/xml_mutator.h"
 #include "support/describe.h"
@@ -58,6 +58,8 @@ int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size)
     link.feed(fuzz::text_of(data, size));
     FUZZ_CHECK(link.is_broken() == parser.is_stream_broken());
     link.read_back();
+    fuzz::BothRoads roads;
+    roads.feed(fuzz::text_of(data, size));
     return 0;
 }
 
