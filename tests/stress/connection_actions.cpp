@@ -8,6 +8,7 @@ std::shared_ptr<Connection> open_through_new_door(Actor& actor, bool may_not_wai
     auto door = actor.world.doors.open();
     const VeltoHandle handle = actor.run(NAMED(velto_connect), door->address());
     actor.check(handle != 0, "velto_connect gives 0");
+    ++actor.world.opened;
     return std::make_shared<Connection>(handle, std::move(door), may_not_wait);
 }
 

@@ -137,7 +137,7 @@ void Run::check_leftovers()
                at_start.threads, at_start.descriptors, now.threads, now.descriptors, links);
     judge.check(now.threads == at_start.threads, "threads are left");
     judge.check(now.descriptors == at_start.descriptors + links, "descriptors are left");
-    judge.check(links <= world.limits.hot_closes * 2, "more links are left than were closed");
+    judge.check(links <= world.opened, "more links are left than there were connections");
     for (const int descriptor : link_descriptors(doors)) {
         close(descriptor);
     }

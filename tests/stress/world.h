@@ -168,6 +168,7 @@ public:
     std::array<std::atomic<std::uint64_t>, VELTO_RESULT_WRITE_ONLY + 1> results{};
     std::atomic<std::uint64_t> notices{0};
     std::atomic<std::uint64_t> changes{0};
+    std::atomic<std::uint64_t> opened{0};  // connections
     std::atomic<std::uint64_t> writers{0}; // stores that had a thread of their own
 
 private:
