@@ -208,7 +208,9 @@ void Breaker::heal()
     thread.join();
     progress.end();
     tell(*this, "clear");
+    // What the server has refused when a link came up is asked for again with the next link alone.
     for (const auto& connection : world.connections.all()) {
+        connection->door->cut(Cut::end_of_stream);
         connection->door->heal();
     }
 }

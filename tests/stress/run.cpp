@@ -31,7 +31,8 @@ std::string Options::to_text() const
 
 Run::Run(const Options& wanted)
     : options(wanted), watchdog(std::chrono::seconds(options.patience),
-                                "to run it again: velto_stress " + options.to_text()),
+                                "to run it again: velto_stress " + options.to_text(),
+                                [this] { simulator.kill_for_good(); }),
       doors(simulator.address() + 1, simulator.address()), world(doors, verdict, options.limits),
       own_progress(watchdog.watch("the main thread")),
       judge(world, most_threads - 1, options.seed, own_progress),

@@ -38,8 +38,8 @@ public:
 
     const Options options;
     Verdict verdict;
-    Watchdog watchdog;
     Simulator simulator;
+    Watchdog watchdog;
     Doors doors;
     World world;
     std::unique_ptr<Breaker> breaker;

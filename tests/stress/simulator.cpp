@@ -74,4 +74,12 @@ void Simulator::kill_and_start()
     start();
 }
 
+void Simulator::kill_for_good()
+{
+    if (const std::unique_lock guard(lock, std::try_to_lock); guard) {
+        program->end(SIGKILL);
+        std::filesystem::remove_all(directory);
+    }
+}
+
 } // namespace stress

@@ -26,6 +26,8 @@ public:
     // A line of control; its answer.
     std::string control(const std::string& line);
     void kill_and_start();
+    // For a process that ends without destructors.
+    void kill_for_good();
 
 private:
     void start();

@@ -170,8 +170,9 @@ void print_all_stacks()
 
 } // namespace
 
-Watchdog::Watchdog(std::chrono::seconds longest, std::string farewell)
-    : patience(longest), last_words(std::move(farewell))
+Watchdog::Watchdog(std::chrono::seconds longest, std::string farewell,
+                   std::function<void()> clean_up)
+    : patience(longest), last_words(std::move(farewell)), last_act(std::move(clean_up))
 {
     void* frame = nullptr;
     backtrace(&frame, 1); // loads what it needs: a signal handler must not
@@ -233,6 +234,7 @@ void Watchdog::bite(const Watched& stuck)
     print_all_stacks();
     fmt::print("{}\n", last_words);
     std::fflush(stdout);
+    last_act();
     std::_Exit(1);
 }
 

@@ -42,8 +42,8 @@ struct Progress {
 class Watchdog
 {
 public:
-    // `farewell` is printed last.
-    Watchdog(std::chrono::seconds longest, std::string farewell);
+    // `farewell` is printed and `clean_up` called last.
+    Watchdog(std::chrono::seconds longest, std::string farewell, std::function<void()> clean_up);
     Watchdog(const Watchdog&) = delete;
     Watchdog& operator=(const Watchdog&) = delete;
     ~Watchdog();
@@ -66,6 +66,7 @@ private:
 
     const std::chrono::seconds patience;
     const std::string last_words;
+    const std::function<void()> last_act;
     std::mutex lock;
     std::condition_variable ending;
     bool is_ending = false;
