@@ -1,10 +1,16 @@
 #include "foundation/athread.h"
 
+#include <new>
+
 bool AThread::start(platform::ThreadFunction function, void* context)
 {
     body = function;
     body_context = context;
-    return ended.is_usable() && platform::start_thread(&AThread::run, this, 0);
+    try {
+        return ended.is_usable() && platform::start_thread(&AThread::run, this, 0);
+    } catch (const std::bad_alloc&) {
+        return false;
+    }
 }
 
 void AThread::join()

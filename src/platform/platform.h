@@ -42,7 +42,7 @@ ReleaseResult release_semaphore(Semaphore* semaphore);
 
 // Starts a detached thread on which no signal handler of the application runs, with at least
 // `stack_bytes` of stack (0: what the system gives). False, with nothing started, when the system
-// refuses.
+// refuses; std::bad_alloc, with nobody asked, when memory is exhausted.
 using ThreadFunction = void (*)(void* context);
 bool start_thread(ThreadFunction function, void* context, std::size_t stack_bytes);
 

@@ -4,6 +4,7 @@
 
 #include <algorithm>
 #include <exception>
+#include <new>
 
 #ifndef VELTO_WORKER_STACK_BYTES
 #define VELTO_WORKER_STACK_BYTES 65536
@@ -60,8 +61,13 @@ void Client::start_worker(int priority)
 {
     auto start = std::make_unique<WorkerStart>(WorkerStart{this, priority});
     thread_running = true;
-    if (platform::start_thread(&Client::worker_main, start.get(), worker_stack_bytes)) {
-        start.release(); // the worker frees it
+    try {
+        if (platform::start_thread(&Client::worker_main, start.get(), worker_stack_bytes)) {
+            start.release(); // the worker frees it
+        }
+    } catch (const std::bad_alloc&) {
+        thread_running = false;
+        throw;
     }
 }
 

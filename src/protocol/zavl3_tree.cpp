@@ -3,6 +3,8 @@
 #include "foundation/astring_runs.h"
 #include "foundation/astringformat.h"
 
+#include <new>
+
 namespace ZAVL3
 {
 
@@ -61,7 +63,14 @@ AString get_raw_text(const XMLTree& tree)
 AString get_raw_text(const XMLPlainElement& element)
 {
     const std::string_view text = element.get_text();
-    return text.empty() ? AString() : AString(text.data(), text.size());
+    if (text.empty()) {
+        return AString();
+    }
+    AString made(text.data(), text.size());
+    if (made.length() != text.size()) {
+        throw std::bad_alloc(); // strings do not tell; a reply would miss its command
+    }
+    return made;
 }
 
 template <typename Element>

@@ -3,7 +3,6 @@
 #include "api/connection_registry.h"
 #include "support/answering_server.h"
 #include "support/clip_script.h"
-#include "support/faults.h"
 
 #include <functional>
 #include <new>
@@ -217,10 +216,8 @@ TEST_F(CallExhaustion, OfAListTheNextOneIsGood)
 // Without its thread, a connection closes at once: the sweep is over the opening alone.
 TEST(ConnectExhaustion, OfAConnectionTheNextOneIsGood)
 {
-    {
-        const Faults faults{{.call = platform::Call::start_thread, .times = Faults::for_good}};
-        sweep(Of::caller, [](Exhaustion&) { velto_close(velto_connect(0x7F000001)); });
-    }
+    constexpr std::uint32_t nobody_listens = 0x7F4D0901;
+    sweep(Of::caller, [](Exhaustion&) { velto_close(velto_connect(nobody_listens)); });
     AnsweringServer server;
     const VeltoHandle handle = velto_connect(server.address());
     EXPECT_EQ(velto_wait_until_connected(handle), 1u);

@@ -3,7 +3,6 @@
 
 #include <algorithm>
 #include <memory>
-#include <new>
 
 namespace platform
 {
@@ -77,9 +76,9 @@ bool create_thread(const pthread_attr_t& attributes, ThreadStart* start)
 
 bool start_thread(ThreadFunction function, void* context, std::size_t stack_bytes)
 {
-    std::unique_ptr<ThreadStart> start(new (std::nothrow) ThreadStart{function, context});
+    auto start = std::make_unique<ThreadStart>(ThreadStart{function, context});
     pthread_attr_t attributes;
-    if (!start || system::pthread_attr_init(&attributes) != 0) {
+    if (system::pthread_attr_init(&attributes) != 0) {
         return false;
     }
     const int error = system::pthread_attr_setdetachstate(&attributes, PTHREAD_CREATE_DETACHED);
