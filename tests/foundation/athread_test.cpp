@@ -67,23 +67,24 @@ TEST(AThread, CanGoRightAfterTheJoin)
     EXPECT_EQ(runs, 200);
 }
 
-TEST(AThread, OneThatTheSystemRefusesIsTold)
+void expect_none_started_without(platform::Call call)
 {
     EventLog log;
-    const Faults faults{{.call = platform::Call::start_thread}};
+    const Faults faults{{.call = call}};
     AThread thread;
     EXPECT_FALSE(thread.start(&note_start, &log));
     EXPECT_EQ(log.count("started"), 0);
 }
 
+TEST(AThread, OneThatTheSystemRefusesIsTold)
+{
+    expect_none_started_without(platform::Call::start_thread);
+}
+
 // Nobody could wait for it.
 TEST(AThread, WithoutASemaphoreNoneIsStarted)
 {
-    EventLog log;
-    const Faults faults{{.call = platform::Call::create_semaphore}};
-    AThread thread;
-    EXPECT_FALSE(thread.start(&note_start, &log));
-    EXPECT_EQ(log.count("started"), 0);
+    expect_none_started_without(platform::Call::create_semaphore);
 }
 
 TEST(AThread, JoinWaitsForTheEndThoughTheSystemFailsIt)

@@ -103,9 +103,7 @@ void close_record(Actor& actor)
     record->closing = true;
     actor.run(NAMED(velto_close_clip_metadata), record->handle);
     record->closed = true;
-    auto stale = std::make_shared<Record>(record->handle, nullptr);
-    stale->closing = stale->closed = true;
-    actor.world.records.remember(std::move(stale));
+    actor.world.records.retire(record->handle, nullptr);
 }
 
 void read_record(Actor& actor)

@@ -31,10 +31,7 @@ void close_and_forget(Actor& actor, const std::shared_ptr<Connection>& connectio
     actor.check(actor.run(NAMED(velto_connected), connection->handle) == VELTO_LINK_DOWN,
                 "a closed connection is up");
     actor.call(NAMED(velto_cmd_stop1), command, *connection, 0u);
-    // Without what keeps the door: a number that is stale for good.
-    auto stale = std::make_shared<Connection>(connection->handle, nullptr, false);
-    stale->closing = stale->closed = true;
-    actor.world.connections.remember(std::move(stale));
+    actor.world.connections.retire(connection->handle, nullptr, false);
 }
 
 void open_connection(Actor& actor)

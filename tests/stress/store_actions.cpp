@@ -150,9 +150,7 @@ void close_store(Actor& actor)
         return;
     }
     close_private_store(actor, store);
-    auto stale = std::make_shared<Store>(store->handle, nullptr);
-    stale->closing = stale->closed = true;
-    actor.world.stores.remember(std::move(stale));
+    actor.world.stores.retire(store->handle, nullptr);
 }
 
 void use_store(Actor& actor)

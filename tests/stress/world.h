@@ -99,7 +99,14 @@ public:
         things.erase(chosen);
         return thing;
     }
-    // What is left of it is its number: what it keeps alive must be free to go.
+    // As a number that is stale for good, without what the thing kept alive.
+    template <typename... Arguments>
+    void retire(Arguments... arguments)
+    {
+        auto closed = std::make_shared<Kind>(arguments...);
+        closed->closing = closed->closed = true;
+        remember(std::move(closed));
+    }
     void remember(std::shared_ptr<Kind> closed)
     {
         const std::lock_guard guard(lock);
