@@ -3,6 +3,7 @@
 import sys
 import tempfile
 import unittest
+from collections import Counter
 from pathlib import Path
 
 ROOT = Path(__file__).resolve().parents[2]
@@ -36,14 +37,19 @@ class LineCounts(unittest.TestCase):
 class Account(unittest.TestCase):
     def test_a_reason_is_for_one_line_of_its_text(self):
         uncovered = [("a.h", 3, "return;"), ("a.h", 9, "return;")]
-        unexplained, outlived = report.account(uncovered, {("a.h", "return;"): 1})
+        unexplained, outlived = report.account(uncovered, {("a.h", "return;"): 1}, Counter())
         self.assertEqual(unexplained, [("a.h", 9, "return;")])
         self.assertEqual(outlived, [])
 
     def test_a_reason_whose_line_runs_has_outlived_it(self):
-        unexplained, outlived = report.account([], {("a.h", "return;"): 1})
+        unexplained, outlived = report.account([], {("a.h", "return;"): 1}, Counter())
         self.assertEqual(unexplained, [])
         self.assertEqual(outlived, [("a.h", "return;")])
+
+    def test_a_line_that_runs_by_chance_may_do_either(self):
+        lines = Counter({("a.h", "return;"): 1})
+        for uncovered in ([], [("a.h", 3, "return;")]):
+            self.assertEqual(report.account(uncovered, lines, lines), ([], []))
 
 
 class Reasons(unittest.TestCase):
@@ -51,7 +57,15 @@ class Reasons(unittest.TestCase):
         with tempfile.TemporaryDirectory() as folder:
             path = Path(folder) / "reasons.toml"
             path.write_text('[[unreachable]]\nwhy = "w"\n[unreachable.lines]\n"a.h" = ["x", "x"]\n')
-            self.assertEqual(report.reasons(path), {("a.h", "x"): 2})
+            self.assertEqual(report.reasons(path), ({("a.h", "x"): 2}, {}))
+
+    def test_a_group_can_be_of_lines_that_run_by_chance(self):
+        with tempfile.TemporaryDirectory() as folder:
+            path = Path(folder) / "reasons.toml"
+            path.write_text(
+                '[[unreachable]]\nwhy = "w"\nby_chance = true\n[unreachable.lines]\n"a.h" = ["x"]\n'
+            )
+            self.assertEqual(report.reasons(path), ({("a.h", "x"): 1}, {("a.h", "x"): 1}))
 
     def test_a_group_without_a_reason_is_refused(self):
         with tempfile.TemporaryDirectory() as folder:

@@ -4,7 +4,9 @@
 
 #include <array>
 #include <atomic>
+#include <memory>
 #include <set>
+#include <stdexcept>
 #include <thread>
 #include <vector>
 
@@ -72,6 +74,25 @@ TEST(BlockPool, NoBlockIsTakenByTwoThreadsAtOnce)
         thread.join();
     }
     EXPECT_EQ(wrong.load(), 0);
+}
+
+struct Refusing : PooledMemory<Refusing> {
+    explicit Refusing(bool refuses)
+    {
+        if (refuses) {
+            throw std::runtime_error("refused");
+        }
+    }
+
+    std::array<char, 4000> content{};
+};
+
+// The address sanitizer tells what leaks.
+TEST(BlockPool, GetsTheMemoryOfAnObjectBackThatCannotBeMade)
+{
+    EXPECT_THROW(static_cast<void>(new (std::nothrow) Refusing(true)), std::runtime_error);
+    const std::unique_ptr<Refusing> next(new (std::nothrow) Refusing(false));
+    EXPECT_NE(next, nullptr);
 }
 
 } // namespace

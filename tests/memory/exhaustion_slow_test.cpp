@@ -1,11 +1,8 @@
-#include "memory/exhaustion.h"
+#include "memory/sweep.h"
 
 #include "api/connection_registry.h"
 #include "support/answering_server.h"
 #include "support/clip_script.h"
-
-#include <functional>
-#include <new>
 
 #include <gtest/gtest.h>
 
@@ -16,30 +13,8 @@ namespace
 {
 
 using Of = Exhaustion::Of;
-using Lasting = Exhaustion::Lasting;
 
-constexpr std::uint64_t far_too_many = 5000;
 constexpr std::uint32_t long_ms = 60'000; // only catches a hang
-
-// `job` gets the sweep's exhaustion, and may end it. An exported function lets the exception
-// through to its caller, who may know better than the library what to do without memory.
-void sweep(Of threads, const std::function<void(Exhaustion&)>& job)
-{
-    for (const Lasting lasting : {Lasting::once, Lasting::on}) {
-        bool has_struck = true;
-        for (std::uint64_t behind = 0; has_struck; ++behind) {
-            ASSERT_LT(behind, far_too_many);
-            SCOPED_TRACE(behind);
-            Exhaustion exhaustion(threads, behind, lasting);
-            try {
-                job(exhaustion);
-            } catch (const std::bad_alloc&) {
-            }
-            exhaustion.end();
-            has_struck = exhaustion.has_struck();
-        }
-    }
-}
 
 // ---- A message.
 

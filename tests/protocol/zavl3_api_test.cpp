@@ -10,6 +10,7 @@
 #include <algorithm>
 #include <atomic>
 #include <functional>
+#include <new>
 #include <string>
 #include <thread>
 #include <type_traits>
@@ -106,6 +107,17 @@ TEST_F(APITest, CompletesACommandWithTheRefusalOfTheServer)
     EXPECT_EQ(log.lines, Lines{"a: error No such clip 1"});
     api.reply(xid, "<ok/>");
     EXPECT_EQ(log.lines.size(), 1u);
+}
+
+TEST_F(APITest, TellsTheLossToACommandWhoseDelegateHasNoMemory)
+{
+    const auto exhausted = [](void*, AString) { throw std::bad_alloc(); };
+    const AString xid = api.issue(command::get_computer_name(),
+                                  {AFunction<AString>(exhausted, nullptr), log.on_error("a")});
+    EXPECT_THROW(api.reply(xid, "<computername><ComputerName>studio</ComputerName></computername>"),
+                 std::bad_alloc);
+    EXPECT_EQ(log.lines, Lines{"a: " + all_failed});
+    EXPECT_EQ(api.outstanding_count(), 0u);
 }
 
 TEST_F(APITest, GivesTheValuesOfAReplyToItsDelegate)

@@ -1,9 +1,10 @@
 #!/usr/bin/env python3
-"""Tells which lines of src/ no test has run, and whether each of them is accounted for.
+"""Tells which lines of src/ nothing has run, and whether each of them is accounted for.
 
 uncovered.toml beside this file names, by their text, the lines that no test can reach, each group
-with its reason. Fails when fewer lines run than the given share, when a line that did not run has
-no reason there, and when a reason has outlived its line.
+with its reason; `by_chance` marks those that do run when threads happen to meet. Fails when fewer
+lines run than the given share, when a line that did not run has no reason there, and when a reason
+has outlived its line.
 """
 
 import argparse
@@ -66,17 +67,20 @@ def uncovered_lines(counts):
 
 
 def reasons(path):
-    """Counter of the (file, text) that are accounted for."""
+    """Counters of the (file, text) that are accounted for, and of those that run by chance."""
     explained = collections.Counter()
+    by_chance = collections.Counter()
     for group in tomllib.loads(path.read_text())["unreachable"]:
         if not group["why"]:
             raise ValueError(f"{path.name}: no reason is given for {group['lines']}")
-        for file, texts in group["lines"].items():
-            explained.update((file, text) for text in texts)
-    return explained
+        lines = [(file, text) for file, texts in group["lines"].items() for text in texts]
+        explained.update(lines)
+        if group.get("by_chance", False):
+            by_chance.update(lines)
+    return explained, by_chance
 
 
-def account(uncovered, explained):
+def account(uncovered, explained, by_chance):
     """(lines without a reason, reasons without a line)."""
     left = collections.Counter(explained)
     unexplained = []
@@ -85,27 +89,38 @@ def account(uncovered, explained):
             left[file, text] -= 1
         else:
             unexplained.append((file, line, text))
-    return unexplained, sorted(left.elements())
+    return unexplained, sorted((left - by_chance).elements())
+
+
+def measure(profiles, binaries):
+    """(number of lines, those that did not run) according to all profiles in a folder."""
+    merged = profiles / "merged.profdata"
+    merge(sorted(profiles.glob("**/*.profraw")), merged)
+    counts = line_counts(export(merged, binaries))
+    return sum(len(lines) for lines in counts.values()), uncovered_lines(counts)
+
+
+def percent_run(total, uncovered):
+    return 100.0 * (total - len(uncovered)) / total
 
 
 def main(arguments=None):
     parser = argparse.ArgumentParser(description=__doc__.splitlines()[0])
-    parser.add_argument("--profiles", type=Path, required=True, help="folder of *.profraw files")
+    parser.add_argument("--profiles", type=Path, required=True,
+                        help="folder with a folder of *.profraw files for each kind of run")
     parser.add_argument("--least", type=float, default=97.0, help="percent of lines that have to run")
     parser.add_argument("binaries", type=Path, nargs="+", help="the programs that made the profiles")
     options = parser.parse_args(arguments)
 
-    profiles = sorted(options.profiles.glob("**/*.profraw"))
-    if not profiles:
-        parser.error(f"no profiles in {options.profiles}")
-    merged = options.profiles / "merged.profdata"
-    merge(profiles, merged)
-    counts = line_counts(export(merged, options.binaries))
-    uncovered = uncovered_lines(counts)
-    unexplained, outlived = account(uncovered, reasons(REASONS))
+    kinds = sorted({path.parent for path in options.profiles.glob("*/*.profraw")})
+    if not kinds:
+        parser.error(f"no profiles in the folders of {options.profiles}")
+    for kind in kinds:
+        print(f"{kind.name} alone: {percent_run(*measure(kind, options.binaries)):.2f} %")
+    total, uncovered = measure(options.profiles, options.binaries)
+    unexplained, outlived = account(uncovered, *reasons(REASONS))
 
-    total = sum(len(lines) for lines in counts.values())
-    percent = 100.0 * (total - len(uncovered)) / total
+    percent = percent_run(total, uncovered)
     for file, line, text in unexplained:
         print(f"{file}:{line}: never ran, and no reason is given: {text}")
     for file, text in outlived:
