@@ -6,9 +6,8 @@
 
 #include <gtest/gtest.h>
 
-// One allocation of a job fails, then the next one, and so on until none is left to fail; and again
-// with all that follow it. The process goes on, nobody waits for ever, and the job that comes next
-// is a good one. The address sanitizer sees what leaks.
+// Memory runs out at each allocation of a job. The process goes on, nobody waits for ever, and the
+// job that comes next is a good one. The address sanitizer sees what leaks.
 namespace
 {
 

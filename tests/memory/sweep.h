@@ -7,6 +7,9 @@
 
 #include <gtest/gtest.h>
 
+// Does a job again and again: one allocation fails, then the next one, and so on until none is left
+// to fail; and again with all that follow it.
+//
 // `job` gets the sweep's exhaustion, and may end it. An exported function lets the exception
 // through to its caller, who may know better than the library what to do without memory.
 inline void sweep(Exhaustion::Of threads, const std::function<void(Exhaustion&)>& job)
