@@ -268,6 +268,7 @@ TEST_F(Channels, AListReportLetsTheGettersOfTheInformationThrough)
 // No call of an application comes to what is behind the wait of the list getters.
 TEST_F(Channels, TheListGettersReadTheCacheBehindTheirWait)
 {
+    settle(session); // a link that has just come up registers again what is marked
     session.connection->channel_state(0)->list_play.channel_item_registered = 1;
     EXPECT_EQ(read_number<velto_playlist_status>(session.handle, 0), read_to("0"));
     EXPECT_EQ(read_number<velto_playlist_count>(session.handle, 0), read_to("0"));
@@ -377,6 +378,7 @@ TEST_F(Channels, AReconnectionRegistersWhatWasRegisteredAndNothingElse)
 
 TEST_F(Channels, AReconnectionGoesChannelByChannelAndItemByItem)
 {
+    settle(session); // a link that has just come up registers again what is marked
     std::vector<std::string> expected;
     for (std::uint32_t channel = 0; channel < 8; ++channel) {
         for (ChannelItem* item : session.connection->channel_state(channel)->items()) {
