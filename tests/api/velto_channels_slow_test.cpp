@@ -71,13 +71,13 @@ LateReport play_late_report()
     seen.refused = await(std::move(refused));
 
     session.link->send(speed_report('A', "2X"));
-    settle(session);
+    session.settle();
     auto with_reply = reading(&read_speed, session.handle, 0);
     session.link->reply_ok(expect_registration(session, 'A', "speed"));
     seen.with_reply = await(std::move(with_reply));
 
     seen.local = read_speed(session.handle, 0);
-    settle(session);
+    session.settle();
     return seen;
 }
 
@@ -104,7 +104,7 @@ ListGetters play_list_server()
     for (auto& future : waiting) {
         seen.in_vain.push_back(await(std::move(future)));
     }
-    settle(session);
+    session.settle();
     seen.cached = describe(session.connection->channel_state(0)->list_play.value);
     for (const ChannelGetter& getter : list_getters) { // each registers anew
         auto again = reading(getter.read, session.handle, 0);
@@ -121,11 +121,10 @@ TimedReading play_loss_before_report()
     Session session;
     auto waiting = timed(&read_speed, session.handle, 0);
     session.link->reply_ok(expect_registration(session, 'A', "speed"));
-    settle(session);
-    session.link->close();
-    session.accept();
-    settle(session);
-    settle(session); // behind the worker's own commands, of which there are none
+    session.settle();
+    session.replace_link();
+    session.settle();
+    session.settle(); // behind the worker's own commands, of which there are none
     return await(std::move(waiting));
 }
 

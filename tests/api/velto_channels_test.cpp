@@ -22,7 +22,7 @@ protected:
     ChannelReading after_info(ReadChannel read, const std::string& optional_fields)
     {
         session.link->send(info_report('A', optional_fields));
-        settle(session);
+        session.settle();
         return read(session.handle, 0);
     }
 
@@ -38,7 +38,7 @@ TEST_F(Channels, TheFirstReadRegistersAndWaitsForTheReportAndTheSecondIsLocal)
     EXPECT_EQ(await(std::move(asking)), read_to("3"));
 
     EXPECT_EQ(read_number<velto_channel_status>(session.handle, 0), read_to("3"));
-    settle(session);
+    session.settle();
 }
 
 TEST_F(Channels, EachGetterRegistersItsItem)
@@ -48,7 +48,7 @@ TEST_F(Channels, EachGetterRegistersItsItem)
         SCOPED_TRACE(getter.name);
         EXPECT_EQ(first_read(session, getter, channel), read_to(getter.values));
         EXPECT_EQ(getter.read(session.handle, channel), read_to(getter.values));
-        settle(session);
+        session.settle();
         channel = (channel + 1) % 8; // a new item for each
     }
 }
@@ -61,7 +61,7 @@ TEST_F(Channels, GettersOfOneItemShareItsRegistration)
             EXPECT_EQ(getter.read(session.handle, 0), read_to(getter.values)) << getter.name;
         }
     }
-    settle(session);
+    session.settle();
 }
 
 TEST_F(Channels, EachChannelHasItsLetter)
@@ -91,7 +91,7 @@ TEST_F(Channels, AReportBeforeTheReplyCounts)
 TEST_F(Channels, AReportThatNobodyAskedForSparesTheWaitButNotTheRegistration)
 {
     session.link->send(speed_report('A', "2X"));
-    settle(session);
+    session.settle();
     auto asking = reading(&read_speed, session.handle, 0);
     session.link->reply_ok(expect_registration(session, 'A', "speed"));
     EXPECT_EQ(await(std::move(asking)), read_to("2"));
@@ -110,7 +110,7 @@ TEST_F(Channels, NineStatesBecomeFive)
     make_live(status_getter);
     for (const auto& [word, exported] : rows) {
         session.link->send(status_report('A', word));
-        settle(session);
+        session.settle();
         EXPECT_EQ(read_number<velto_channel_status>(session.handle, 0), read_to(exported)) << word;
     }
 }
@@ -119,7 +119,7 @@ TEST_F(Channels, TheClipIsCutToTheBuffer)
 {
     EXPECT_EQ(first_read(session, &read_clip, 0, "clipid", clip_report('A', "")), read_to(""));
     session.link->send(clip_report('A', "a\xF0\x9F\x8E\xAC"));
-    settle(session);
+    session.settle();
     const auto clip_in = [&](std::uint32_t size) {
         std::vector<VeltoChar> units(5, 0x2A);
         EXPECT_EQ(outcome_of([&] {
@@ -148,7 +148,7 @@ TEST_F(Channels, TheSpeedIsExact)
     make_live(speed_getter);
     for (const auto& [text, expected] : rows) {
         session.link->send(speed_report('A', text));
-        settle(session);
+        session.settle();
         double speed = 77;
         EXPECT_EQ(velto_channel_speed(session.handle, 0, &speed), 0);
         EXPECT_EQ(speed, expected) << text;
@@ -160,7 +160,7 @@ TEST_F(Channels, ThePositionHasAllBits)
     make_live(position_getter);
     for (const char* position : {"0", "4294967295"}) {
         session.link->send(position_report('A', position));
-        settle(session);
+        session.settle();
         EXPECT_EQ(read_number<velto_channel_position>(session.handle, 0), read_to(position));
     }
 }
@@ -268,14 +268,13 @@ TEST_F(Channels, AListReportLetsTheGettersOfTheInformationThrough)
 // No call of an application comes to what is behind the wait of the list getters.
 TEST_F(Channels, TheListGettersReadTheCacheBehindTheirWait)
 {
-    settle(session); // a link that has just come up registers again what is marked
     session.connection->channel_state(0)->list_play.channel_item_registered = 1;
     EXPECT_EQ(read_number<velto_playlist_status>(session.handle, 0), read_to("0"));
     EXPECT_EQ(read_number<velto_playlist_count>(session.handle, 0), read_to("0"));
     session.link->send(list_report("list", 'A', list_loaded("evening")) +
                        list_report("item_exists", 'A', list_item(0, "a")) +
                        list_report("item_exists", 'A', list_hole(1)));
-    settle(session);
+    session.settle();
     EXPECT_EQ(read_number<velto_playlist_status>(session.handle, 0), read_to("1"));
     EXPECT_EQ(read_number<velto_playlist_count>(session.handle, 0), read_to("1"));
     EXPECT_EQ(velto_playlist_status(session.handle, 0, nullptr), 0);
@@ -289,7 +288,7 @@ TEST_F(Channels, AnUntrackedChannelFailsAndTheTextIsOk)
             EXPECT_EQ(getter.read(session.handle, channel), getter.failed()) << getter.name;
         }
     }
-    settle(session);
+    session.settle();
 }
 
 TEST_F(Channels, ARefusedRegistrationFailsAndTheNextReadTriesAgain)
@@ -341,7 +340,7 @@ TEST_F(Channels, LiveItemsAreReadFromTheCacheWhileTheLinkIsDown)
     }
     EXPECT_EQ(read_speed(session.handle, 0), read_to("-0.5")); // does not wait for the new report
     session.link->send(speed_report('A', "3X"));
-    settle(session);
+    session.settle();
     EXPECT_EQ(read_speed(session.handle, 0), read_to("3"));
 }
 
@@ -378,7 +377,6 @@ TEST_F(Channels, AReconnectionRegistersWhatWasRegisteredAndNothingElse)
 
 TEST_F(Channels, AReconnectionGoesChannelByChannelAndItemByItem)
 {
-    settle(session); // a link that has just come up registers again what is marked
     std::vector<std::string> expected;
     for (std::uint32_t channel = 0; channel < 8; ++channel) {
         for (ChannelItem* item : session.connection->channel_state(channel)->items()) {
@@ -414,17 +412,17 @@ TEST_F(Channels, TwoThreadsThatReadANewItemBothRegisterIt)
     EXPECT_EQ(await(std::move(first)), read_to("0.25"));
     EXPECT_EQ(await(std::move(second)), read_to("0.25"));
     EXPECT_EQ(read_speed(session.handle, 0), read_to("0.25"));
-    settle(session);
+    session.settle();
 }
 
 TEST_F(Channels, AReportThatCannotBeReadChangesNothing)
 {
     make_live(speed_getter);
     session.link->send(speed_report('A', "fast"));
-    settle(session);
+    session.settle();
     EXPECT_EQ(read_speed(session.handle, 0), read_to("-0.5"));
     session.link->send_byte_by_byte(speed_report('A', "1X"));
-    settle(session);
+    session.settle();
     EXPECT_EQ(read_speed(session.handle, 0), read_to("1"));
 }
 

@@ -23,7 +23,7 @@ protected:
     // way.
     std::string last_complaint()
     {
-        settle(session);
+        session.settle();
         return session.connection->error_text.to_utf8();
     }
 
@@ -78,7 +78,7 @@ TEST_F(Records, AreNotTouchedByReports)
         session.link->send(
             xml_element("report", xml_element(report, xml_element("ClipID", "news_open"))));
     }
-    settle(session);
+    session.settle();
     EXPECT_EQ(read_text<velto_clip_title>(record), read_to("News opener"));
     velto_close_clip_metadata(record);
 }

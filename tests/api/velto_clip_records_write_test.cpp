@@ -206,7 +206,7 @@ TEST_F(Writers, GiveInvalidHandleForAnUnknownRecord)
                 << row.function;
         }
     }
-    settle(session); // nothing was sent
+    session.settle(); // nothing was sent
 }
 
 TEST_F(Writers, GiveInvalidHandleWhenTheConnectionIsClosed)

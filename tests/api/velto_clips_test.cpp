@@ -153,7 +153,7 @@ TEST_F(Clips, CannotBeMadeReadOnly)
         velto_synchronous(session.handle, VELTO_COMMANDS_WAIT);
         EXPECT_EQ(outcome_of([&] { return function(0, clip); }), invalid_handle);
     }
-    settle(session); // nothing was sent
+    session.settle(); // nothing was sent
 }
 
 } // namespace

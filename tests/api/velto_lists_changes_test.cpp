@@ -73,14 +73,14 @@ protected:
 
     std::string clips()
     {
-        settle(session);
+        session.settle();
         return "added " + taken(kinds[0].takers[0]) + " changed " + taken(kinds[0].takers[1]) +
                " deleted " + taken(kinds[0].takers[2]);
     }
 
     std::string directories()
     {
-        settle(session);
+        session.settle();
         return "added " + taken(kinds[1].takers[0]) + " deleted " + taken(kinds[1].takers[1]);
     }
 };
@@ -93,7 +93,7 @@ TEST_F(Changes, AreRegisteredOnce)
         for (const Read taker : kind.takers) {
             EXPECT_EQ(taker(session.handle), read_to(""));
         }
-        settle(session); // nothing more was sent
+        session.settle(); // nothing more was sent
     }
 }
 
@@ -101,7 +101,7 @@ TEST_F(Changes, AreRegisteredByTheFirstTaker)
 {
     EXPECT_EQ(first_taken(kinds[0], kinds[0].takers[0], "<ok />"), read_to(""));
     EXPECT_EQ(first_taken(kinds[1], kinds[1].takers[1], "<ok />"), read_to(""));
-    settle(session);
+    session.settle();
     EXPECT_EQ(clips(), "added  changed  deleted ");
     EXPECT_EQ(directories(), "added  deleted ");
 }
@@ -129,7 +129,7 @@ TEST_F(Changes, AreAskedForAgainAfterALoss)
         session.link->close();
         EXPECT_EQ(await(std::move(tracking)), failed_question);
         session.accept();
-        settle(session); // it is not repeated by itself
+        session.settle(); // it is not repeated by itself
     }
     for (const KindRow& kind : kinds) {
         EXPECT_EQ(tracked(kind), succeeded);
@@ -242,7 +242,7 @@ TEST_F(Changes, CountAlsoWhenTheyComeBeforeTheRegistration)
 {
     report("clip_created", "a");
     report("directory_deleted", "b");
-    settle(session);
+    session.settle();
     EXPECT_EQ(first_taken(kinds[0], kinds[0].takers[0], "<ok />"), read_to("a"));
     EXPECT_EQ(first_taken(kinds[1], kinds[1].takers[1], "<ok />"), read_to("b"));
 }
@@ -252,7 +252,7 @@ TEST_F(Changes, AreLostWhereTheBufferIsTooSmall)
     EXPECT_EQ(tracked(kinds[0]), succeeded);
     report("clip_created", "abc");
     report("clip_created", "abd");
-    settle(session);
+    session.settle();
     VeltoChar units[3] = {};
     EXPECT_EQ(velto_track_change_added_clip(session.handle, {units, 3}), VELTO_RESULT_OK);
     EXPECT_EQ(text_of(units), "ab");
@@ -265,7 +265,7 @@ TEST_F(Changes, OutliveALossOfTheLink)
     EXPECT_EQ(tracked(kinds[0]), succeeded);
     report("clip_created", "a");
     report("clip_deleted", "b");
-    settle(session);
+    session.settle();
     lose_link(session);
     EXPECT_EQ(kinds[0].takers[0](session.handle), read_to("a"));
     EXPECT_EQ(kinds[0].takers[2](session.handle), read_to("b"));
@@ -283,7 +283,7 @@ TEST_F(Changes, AreRegisteredAgainAfterALossClipsFirst)
         "<report_register>\r\n<ReportType>clip_change</ReportType>\r\n</report_register>";
     EXPECT_EQ(registrations_after_loss(session), (std::vector{clips, directories}));
     EXPECT_EQ(registrations_after_loss(session), (std::vector{clips, directories}));
-    settle(session);
+    session.settle();
     EXPECT_EQ(outcome_of([&] { return velto_track_clip_changes(session.handle); }), succeeded);
 }
 
@@ -313,7 +313,7 @@ TEST_F(Changes, AreThoseOfTheirConnection)
     Session other;
     EXPECT_EQ(tracked(kinds[0]), succeeded);
     report("clip_created", "a");
-    settle(session);
+    session.settle();
     auto taking = in_thread([&] { return kinds[0].takers[0](other.handle); });
     other.link->reply_ok(expect_lines(other, registration_lines(kinds[0])));
     EXPECT_EQ(await(std::move(taking)), read_to(""));
@@ -332,7 +332,7 @@ TEST_F(Changes, CanBeAskedForByTwoThreadsAtOnce)
     EXPECT_EQ(await(std::move(first)), succeeded);
     EXPECT_EQ(await(std::move(second)), failed_question);
     EXPECT_EQ(kinds[0].takers[0](session.handle), read_to("")); // it is set by the one
-    settle(session);
+    session.settle();
 }
 
 } // namespace

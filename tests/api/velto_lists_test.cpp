@@ -156,7 +156,7 @@ TEST_F(Lists, AreSnapshots)
     for (const char* report : {"clip_created", "clip_deleted"}) {
         session.link->send(xml_element("report", xml_element(report, xml_element("ClipID", "b"))));
     }
-    settle(session);
+    session.settle();
     EXPECT_EQ(take_all(list), "a|b|");
     velto_close_clip_list(list);
 }

@@ -28,7 +28,7 @@ protected:
     // All notices, once the client has taken in what the server has sent.
     std::vector<std::string> all()
     {
-        settle(session);
+        session.settle();
         std::vector<std::string> notices;
         for (std::string notice = next(); notice != nothing; notice = next()) {
             notices.push_back(notice);
@@ -120,7 +120,7 @@ TEST_F(Notices, AReportEndsTheWait)
 TEST_F(Notices, AreConsumedWithoutOutputsToo)
 {
     session.link->send(info_report('A'));
-    settle(session);
+    session.settle();
     set_last_error_text("before");
     std::uint32_t value = 77;
     EXPECT_EQ(velto_get_notification(session.handle, longest_wait, nullptr, nullptr), 0);
@@ -143,16 +143,15 @@ TEST_F(Notices, TheReportThatAFirstReadWaitsForIsTheFirst)
 TEST_F(Notices, WithoutAGetterNothingIsRegisteredAndNothingCanCome)
 {
     EXPECT_EQ(all(), Texts{});
-    session.link->close();
-    session.accept();
-    settle(session);
+    session.replace_link();
+    session.settle();
     EXPECT_EQ(all(), Texts{}); // which settles again, behind the worker's own commands
 }
 
 TEST_F(Notices, TheLossOfTheLinkKeepsWhatIsPendingAndAddsNothing)
 {
     session.link->send(speed_report('C', "1X"));
-    settle(session);
+    session.settle();
     lose_link(session);
     EXPECT_EQ(next(), "0: 7 2");
     EXPECT_EQ(next(), nothing);
@@ -170,7 +169,7 @@ TEST_F(Notices, ConnectionsHaveQueuesOfTheirOwn)
 {
     Session other;
     other.link->send(speed_report('B', "1X"));
-    settle(other);
+    other.settle();
     EXPECT_EQ(all(), Texts{});
     EXPECT_EQ(notice_within(other.handle, longest_wait), "0: 7 1");
 }

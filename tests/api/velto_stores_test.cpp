@@ -28,7 +28,7 @@ protected:
         });
     }
 
-    StoreSession session;
+    Session session;
     VeltoStoreHandle opened = untouched_handle;
 };
 
@@ -42,7 +42,7 @@ TEST_F(StoreFunctions, OpeningOnAnUnknownConnectionFails)
                   invalid_handle);
         EXPECT_EQ(opened, untouched_handle);
     }
-    settle(session);
+    session.settle();
 }
 
 TEST_F(StoreFunctions, OpeningInNoModeFailsAndCreatesNothing)
@@ -54,7 +54,7 @@ TEST_F(StoreFunctions, OpeningInNoModeFailsAndCreatesNothing)
         EXPECT_EQ(open(mode), invalid_argument);
         EXPECT_EQ(opened, untouched_handle);
     }
-    settle(session); // nothing was sent
+    session.settle(); // nothing was sent
     EXPECT_EQ(open(writing), succeeded);
     EXPECT_EQ(opened, last + 1); // and no handle was used
     velto_close_key_value_store(opened);
@@ -120,7 +120,7 @@ TEST_F(StoreFunctions, WritingToAStoreOpenedForReadingFailsAndSendsNothing)
     EXPECT_EQ(store.flush(0), read_only);
     EXPECT_EQ(store.flush(0xFFFFFFFF), read_only);
     EXPECT_EQ(store.wait_scan(long_ms), succeeded);
-    settle(session);
+    session.settle();
 }
 
 TEST_F(StoreFunctions, ReadingFromAStoreOpenedForWritingFailsAtOnce)

@@ -44,7 +44,7 @@ protected:
         });
     }
 
-    StoreSession session;
+    Session session;
     VeltoStoreHandle handle = 0;
 };
 
@@ -67,7 +67,7 @@ TEST_F(ClosingWithWrites, ThatAreRefusedGivesThemUpAfterTwoSeconds)
     const auto time = await(std::move(client));
     EXPECT_GE(time, last_flush);
     EXPECT_GE(refusals, 2);
-    settle(session); // the write is lost
+    session.settle(); // the write is lost
 }
 
 TEST_F(ClosingWithWrites, ThatAreAcceptedAfterAllLosesNone)
@@ -81,7 +81,7 @@ TEST_F(ClosingWithWrites, ThatAreAcceptedAfterAllLosesNone)
         link().reply_ok(link().expect("metadata_set").xid);
     }
     EXPECT_GE(await(std::move(closed)), 200ms); // the pause after the refusal
-    settle(session);
+    session.settle();
 }
 
 TEST_F(ClosingWithWrites, AndNoLinkGivesThemUpAfterTwoSeconds)
@@ -90,7 +90,7 @@ TEST_F(ClosingWithWrites, AndNoLinkGivesThemUpAfterTwoSeconds)
     set("a");
     EXPECT_GE(await(closing()), last_flush);
     restore_link(session);
-    settle(session); // the write is lost
+    session.settle(); // the write is lost
 }
 
 TEST_F(ClosingWithWrites, AndALinkThatComesBackInTimeLosesNone)

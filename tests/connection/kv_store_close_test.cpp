@@ -40,7 +40,7 @@ protected:
         return in_thread([handle] { velto_close_key_value_store(handle); });
     }
 
-    StoreSession session;
+    Session session;
 };
 
 TEST_F(ClosingAStore, LeavesTheLastErrorTextAlone)
@@ -87,7 +87,7 @@ TEST_F(ClosingAStore, SendsWhatIsPending)
     link().reply_ok(expect_bytes(link(), set_command("p/a", "1")));
     link().reply_ok(expect_bytes(link(), erase_command("p/c")));
     await(std::move(closed));
-    settle(session); // that was all
+    session.settle(); // that was all
 }
 
 TEST_F(ClosingAStore, UnwatchesBeforeItWaitsForItsWrites)
@@ -112,7 +112,7 @@ TEST_F(ClosingAStore, DuringItsScanLeavesTheRestToNobody)
     expect_unwatch(link());
     link().send(scan_reply(xid, {{"p/b", "2"}}));
     link().reply_ok(xid);
-    settle(session);
+    session.settle();
     EXPECT_TRUE(session.connection->wait_scan(u"notes", 0)); // ended as any
 }
 
@@ -150,7 +150,7 @@ TEST_F(ClosingAStore, TwoWhoCloseItAtOnceCloseItOnce)
         await(std::move(second));
         expect_unwatch(link());
     }
-    settle(session);
+    session.settle();
 }
 
 TEST_F(ClosingAStore, AmidChangesTakesNoneOfThemAmiss)
@@ -186,7 +186,7 @@ TEST_F(ClosingAStore, WithTheLinkDownAndNothingToWriteTakesNoTime)
     lose_link(session);
     velto_close_key_value_store(handle);
     restore_link(session);
-    settle(session); // it does not come back
+    session.settle(); // it does not come back
 }
 
 // The store keeps its connection, which then has no handle any more.
@@ -194,7 +194,7 @@ TEST_F(ClosingAStore, ThatHasOutlivedItsConnectionEndsThatToo)
 {
     const VeltoStoreHandle handle = open(both);
     serve_opening();
-    settle(session);
+    session.settle();
     velto_close(session.handle);
     session.connection.clear();
 

@@ -269,10 +269,10 @@ protected:
     void expect_nothing_more()
     {
         EXPECT_EQ(store.flush(long_ms), succeeded);
-        settle(session);
+        session.settle();
     }
 
-    StoreSession session;
+    Session session;
     Store store{session.handle, writing};
 };
 
@@ -303,7 +303,7 @@ TEST_F(Writes, OneIsInFlightAtATime)
 {
     const std::string first = occupy();
     EXPECT_EQ(store.set("a", "1"), succeeded);
-    settle(session); // nothing else is sent
+    session.settle(); // nothing else is sent
     link().reply_ok(first);
     serve(set_command("p/a", "1"));
     expect_nothing_more();
@@ -457,7 +457,7 @@ TEST_F(Writes, ANewOneDoesNotShortenThePause)
     const std::string xid = expect_bytes(link(), erase_command("p/k"));
     const auto refused = std::chrono::steady_clock::now();
     link().reply_error(xid, "Not now");
-    settle(session); // the refusal has arrived
+    session.settle(); // the refusal has arrived
     for (int i = 0; i < 10; ++i) {
         EXPECT_EQ(store.set("s", std::to_string(i)), succeeded);
         std::this_thread::sleep_for(2ms);
@@ -491,7 +491,7 @@ TEST_F(Writes, TheTextOfARefusalReachesNobody)
 {
     EXPECT_EQ(store.set("k", "A"), succeeded);
     link().reply_error(expect_bytes(link(), set_command("p/k", "A")), "Not now");
-    settle(session);
+    session.settle();
     EXPECT_EQ(get_last_error_text().to_utf8(), "OK");
     serve(set_command("p/k", "A"));
     expect_nothing_more();

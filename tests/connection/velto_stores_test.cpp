@@ -38,9 +38,9 @@ protected:
     }
 
     // What the client then has taken in, it has taken in from everything before.
-    void settle() { ::settle(session); }
+    void settle() { session.settle(); }
 
-    StoreSession session;
+    Session session;
 };
 
 TEST_F(Stores, TheFirstOnAFolderWatchesAndScansItAndTheSecondOnlyScans)
@@ -164,7 +164,7 @@ TEST_F(Stores, AReportForNobodyIsDropped)
 
 TEST_F(Stores, ThoseOfTwoConnectionsNeverMeet)
 {
-    StoreSession other;
+    Session other;
     const Store here(session.handle, reading, "");
     const Store there(other.handle, reading, "");
     expect_watch(*other.link); // a folder is watched on each
@@ -172,7 +172,7 @@ TEST_F(Stores, ThoseOfTwoConnectionsNeverMeet)
     serve_opening();
     link().send(change_report({{"a", "1"}}));
     settle();
-    ::settle(other);
+    other.settle();
     EXPECT_EQ(here.changes(), Texts{"a = 1"});
     EXPECT_EQ(there.changes(), Texts{});
 }

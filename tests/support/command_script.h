@@ -30,15 +30,6 @@ inline std::string expect_lines(Session& session, const std::vector<std::string>
     return command.xid;
 }
 
-// When it returns, the client has taken in all that the server has sent, and has itself sent
-// nothing.
-inline void settle(Session& session)
-{
-    auto stopping = calling([&] { return velto_cmd_stop1(session.handle, 0); });
-    session.link->reply_ok(session.link->expect("stop").xid);
-    EXPECT_EQ(await(std::move(stopping)), succeeded);
-}
-
 // The server goes away. When it returns, the link is down and stays so.
 inline void lose_link(Session& session)
 {
@@ -66,8 +57,7 @@ inline std::string element_of(const ReceivedCommand& command)
 // What the client sends by itself when the link is back after a loss.
 inline std::vector<std::string> registrations_after_loss(Session& session)
 {
-    session.link->close();
-    session.accept();
+    session.replace_link();
     std::vector<std::string> registrations;
     // The first command may overtake the worker, the second one cannot.
     for (int round = 0; round < 2; ++round) {

@@ -203,17 +203,3 @@ inline std::string scan_reply(const std::string& xid, const Entries& entries,
 {
     return reply_message(xid, xml_element("metadata", metadata_fields(entries, prefix, folder)));
 }
-
-// A session whose worker has done all that it does when the link comes up.
-class StoreSession : public Session
-{
-public:
-    StoreSession() { settle(*this); }
-
-    // Takes the link away and gives it back. What comes next is what the client then sends first.
-    void replace_link()
-    {
-        link->close();
-        accept();
-    }
-};
