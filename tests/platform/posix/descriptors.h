@@ -19,6 +19,9 @@ public:
     DescriptorLimit& operator=(const DescriptorLimit&) = delete;
     ~DescriptorLimit() { setrlimit(RLIMIT_NOFILE, &before); }
 
+    // Whether the system lets the process have that many.
+    bool allows(rlim_t count) const { return count <= before.rlim_max; }
+
 private:
     rlimit before{};
 };
